@@ -1,0 +1,26 @@
+# Compiler settings shared by the library, its tests and examples.
+#
+# Results must be the same bits on every platform: no fused multiply-add, no
+# fast-math, and SSE2 arithmetic wherever the target is 32-bit x86 (the x87
+# unit would evaluate in extended precision).
+
+add_library(quillon_flags INTERFACE)
+
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+    target_compile_options(quillon_flags INTERFACE
+        -Wall -Wextra -Wpedantic -Werror
+        -ffp-contract=off
+        -fno-fast-math)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86)$")
+        target_compile_options(quillon_flags INTERFACE -msse2 -mfpmath=sse)
+    endif()
+elseif(MSVC)
+    target_compile_options(quillon_flags INTERFACE /W4 /WX /fp:precise)
+endif()
+
+if(QUILLON_SANITIZE)
+    set(_quillon_san -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all
+        -fno-omit-frame-pointer)
+    target_compile_options(quillon_flags INTERFACE ${_quillon_san})
+    target_link_options(quillon_flags INTERFACE ${_quillon_san})
+endif()

@@ -1,0 +1,45 @@
+# Installation: header, both libraries, a CMake package (find_package(Quillon)
+# gives Quillon::quillon and Quillon::quillon_static) and a pkg-config file.
+include(CMakePackageConfigHelpers)
+
+set(QUILLON_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Quillon)
+
+install(TARGETS quillon quillon_static
+    EXPORT QuillonTargets
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES ${PROJECT_SOURCE_DIR}/include/quillon.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+install(EXPORT QuillonTargets
+    NAMESPACE Quillon::
+    DESTINATION ${QUILLON_CMAKE_DIR})
+
+configure_package_config_file(
+    ${PROJECT_SOURCE_DIR}/cmake/QuillonConfig.cmake.in
+    ${PROJECT_BINARY_DIR}/QuillonConfig.cmake
+    INSTALL_DESTINATION ${QUILLON_CMAKE_DIR})
+write_basic_package_version_file(
+    ${PROJECT_BINARY_DIR}/QuillonConfigVersion.cmake
+    VERSION ${PROJECT_VERSION}
+    COMPATIBILITY SameMajorVersion)
+install(FILES
+    ${PROJECT_BINARY_DIR}/QuillonConfig.cmake
+    ${PROJECT_BINARY_DIR}/QuillonConfigVersion.cmake
+    DESTINATION ${QUILLON_CMAKE_DIR})
+
+# pkg-config: the shared library by default, the static one with --static.
+if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+    set(QUILLON_PC_LIBDIR "${CMAKE_INSTALL_LIBDIR}")
+else()
+    set(QUILLON_PC_LIBDIR "\${prefix}/${CMAKE_INSTALL_LIBDIR}")
+endif()
+if(IS_ABSOLUTE "${CMAKE_INSTALL_INCLUDEDIR}")
+    set(QUILLON_PC_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}")
+else()
+    set(QUILLON_PC_INCLUDEDIR "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
+endif()
+configure_file(${PROJECT_SOURCE_DIR}/cmake/quillon.pc.in ${PROJECT_BINARY_DIR}/quillon.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/quillon.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

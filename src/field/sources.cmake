@@ -1,0 +1,2 @@
+set(QUILLON_FIELD_SOURCES
+    field/sighting.cpp)

@@ -1,0 +1,51 @@
+# Compares the dynamic symbol table of the shared library with the export
+# list: every built name exported, nothing else, and the list itself complete.
+#   cmake -DLIBRARY=libquillon.so -DEXPORTS=src/exports.txt -DNM=nm -P check_exports.cmake
+
+file(STRINGS ${EXPORTS} lines REGEX "^[^#]")
+set(expected)
+set(pending)
+set(lib_names 0)
+foreach(line IN LISTS lines)
+    string(REGEX REPLACE "[ \t]+" ";" fields "${line}")
+    list(GET fields 0 name)
+    if(name MATCHES "^LIB_")
+        math(EXPR lib_names "${lib_names} + 1")
+    endif()
+    list(LENGTH fields n)
+    if(n EQUAL 2)
+        list(APPEND expected ${name})
+    else()
+        list(APPEND pending ${name})
+    endif()
+endforeach()
+
+if(NOT lib_names EQUAL 65)
+    message(FATAL_ERROR "export list holds ${lib_names} LIB_ names, not 65")
+endif()
+
+execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY}
+    OUTPUT_VARIABLE table RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+    message(FATAL_ERROR "${NM} failed on ${LIBRARY}")
+endif()
+string(REPLACE "\n" ";" table_lines "${table}")
+set(actual)
+foreach(line IN LISTS table_lines)
+    if(line MATCHES "^[0-9a-fA-F]* *[A-Za-z] ([^ @]+)")
+        list(APPEND actual ${CMAKE_MATCH_1})
+    endif()
+endforeach()
+list(REMOVE_DUPLICATES actual)
+
+set(missing ${expected})
+list(REMOVE_ITEM missing ${actual})
+set(extra ${actual})
+list(REMOVE_ITEM extra ${expected})
+if(missing OR extra)
+    message(FATAL_ERROR "export table differs from the list\n  missing: ${missing}\n  extra: ${extra}")
+endif()
+
+list(LENGTH expected n_expected)
+list(LENGTH pending n_pending)
+message(STATUS "${n_expected} names exported as listed; ${n_pending} pending: ${pending}")
