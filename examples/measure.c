@@ -28,8 +28,8 @@ int main(void)
 
     unsigned char face = 0;
     LIB_GetFaceStatus(zenith, &face);
-    printf("Shot: slope %.3f m, zenith %s (%.1f\"), direction %s, face %s\n", slope,
-           dms(zenith, a), zenith, dms(direction, b), face == 1 ? "I" : "II");
+    printf("Shot: slope %.3f m, zenith %s (%.1f\"), direction %s, face %s\n", slope, dms(zenith, a),
+           zenith, dms(direction, b), face == 1 ? "I" : "II");
 
     DistanceRecord reduced;
     LIB_DistConvert(&station, 1.0, slope, zenith, &reduced);

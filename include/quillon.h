@@ -260,7 +260,7 @@ typedef struct TangentPoint {
 #ifdef __cplusplus
 /** Placeholder class; holds no data of its own. */
 class QUILLON_API CTalvor {
-public:
+  public:
     CTalvor();
     CTalvor& operator=(const CTalvor& other);
 };
@@ -278,7 +278,7 @@ extern QUILLON_API int nTalvor;
 #else
 #define QUILLON_STATIC_ASSERT(cond, msg) _Static_assert(cond, msg)
 #endif
-#define QUILLON_LAYOUT(type, field, offset) \
+#define QUILLON_LAYOUT(type, field, offset)                                                        \
     QUILLON_STATIC_ASSERT(offsetof(type, field) == (offset), #type "." #field " offset")
 #define QUILLON_SIZE(type, size) QUILLON_STATIC_ASSERT(sizeof(type) == (size), #type " size")
 

@@ -41,9 +41,9 @@ TEST(FaceStatus, Boundaries)
         int face; // -1: untouched
     };
     const Case cases[] = {
-        {0.0, 0, 1},           {-0.0, 0, 1},       {648000.0, 0, 1},  {648000.0001, 0, 255},
-        {1296000.0, 0, 255},   {1300000.0, 0, 255}, {INF, 0, 255},     {-0.0001, 1, -1},
-        {-INF, 1, -1},         {NaN, 1, -1},
+        {0.0, 0, 1},         {-0.0, 0, 1},        {648000.0, 0, 1}, {648000.0001, 0, 255},
+        {1296000.0, 0, 255}, {1300000.0, 0, 255}, {INF, 0, 255},    {-0.0001, 1, -1},
+        {-INF, 1, -1},       {NaN, 1, -1},
     };
     for (const Case& c : cases) {
         unsigned char face = 0xA5;
@@ -186,7 +186,8 @@ TEST(DistAngle, OutOfRangeWritesDistancesOnly)
     struct Case {
         SurveyPoint to;
     };
-    const Case cases[] = {{{ABOVE_LIMIT, 0.0, 0.0}}, {{1.0, 0.0, ABOVE_LIMIT}}, {{1.0, 0.0, -ABOVE_LIMIT}}};
+    const Case cases[] = {
+        {{ABOVE_LIMIT, 0.0, 0.0}}, {{1.0, 0.0, ABOVE_LIMIT}}, {{1.0, 0.0, -ABOVE_LIMIT}}};
     const SurveyPoint from{0.0, 0.0, 0.0};
     for (const Case& c : cases) {
         DistAngleRecord out = qtest::sentinel_filled<DistAngleRecord>();
@@ -252,7 +253,8 @@ TEST(PolarPoint, PlanOutOfRangeLeavesPointAlone)
         double azimuth, distance;
         int status;
     };
-    const Case cases[] = {{0.0, 1.0, 0}, {0.0, 2.0, 2}, {648000.0, 2.0 * LIMIT + 1.0, 2}, {0.0, NaN, 2}};
+    const Case cases[] = {
+        {0.0, 1.0, 0}, {0.0, 2.0, 2}, {648000.0, 2.0 * LIMIT + 1.0, 2}, {0.0, NaN, 2}};
     for (const Case& c : cases) {
         SurveyPoint p = qtest::sentinel_filled<SurveyPoint>();
         EXPECT_EQ(LIB_CalCoor(&from, c.azimuth, c.distance, 0.0, &p), c.status);
@@ -279,7 +281,8 @@ TEST(PolarPoint, RoundTripThroughTheJoin)
             const double expected = azimuth * 4.848136728395062e-6 > 3.14159265358979312
                                         ? azimuth - wrap_loss
                                         : azimuth;
-            EXPECT_NEAR(join.Azimuth, expected, 2e-5 / distance + 1e-6) << azimuth << " " << distance;
+            EXPECT_NEAR(join.Azimuth, expected, 2e-5 / distance + 1e-6)
+                << azimuth << " " << distance;
             EXPECT_BITS(join.HeightDifference, pair[1].H - from.H);
             EXPECT_TRUE(qtest::untouched(join.Spare1));
             EXPECT_TRUE(qtest::untouched(join.Spare4));

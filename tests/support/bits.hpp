@@ -51,9 +51,8 @@ inline ::testing::AssertionResult SameDouble(const char* actual_expr, const char
     if (same_double(actual, expected)) {
         return ::testing::AssertionSuccess();
     }
-    return ::testing::AssertionFailure()
-           << actual_expr << " is " << describe(actual) << "\n"
-           << expected_expr << " is " << describe(expected);
+    return ::testing::AssertionFailure() << actual_expr << " is " << describe(actual) << "\n"
+                                         << expected_expr << " is " << describe(expected);
 }
 
 // Every byte of a sentinel-filled record holds this pattern; as a double it
@@ -84,10 +83,7 @@ template <typename T> bool untouched(const T& object)
     return true;
 }
 
-inline double sentinel_double()
-{
-    return sentinel_filled<double>();
-}
+inline double sentinel_double() { return sentinel_filled<double>(); }
 
 } // namespace qtest
 
