@@ -39,8 +39,11 @@ TEST(Sighting, HalfCircleTurn)
         double reading, turned;
     };
     // Only a sum strictly above a full circle is reduced: 648000 gives 1296000.
-    const Case cases[] = {{0.0, 648000.0},       {648000.0, 1296000.0}, {648000.5, 0.5},
-                          {1295999.0, 647999.0}, {-10.0, 647990.0}};
+    const Case cases[] = {{0.0, 648000.0},
+                          {648000.0, 1296000.0},
+                          {648000.5, 0.5},
+                          {1295999.0, 647999.0},
+                          {-10.0, 647990.0}};
     for (const Case& c : cases) {
         EXPECT_BITS(quillon::turn_reading_half_circle(c.reading), c.turned);
     }

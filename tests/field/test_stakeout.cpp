@@ -40,8 +40,8 @@ TEST(StakeoutDistAngle, RefusedInputsLeaveOutUntouched)
         int status;
     };
     const Case cases[] = {
-        {0.0, 0.0, 1, 1},    {-1.0, 0.0, 2, 1},   {0.0, 0.0, 7, 1},  {1e-300, 0.0, 1, 0},
-        {0.0, 0.0, 3, 0},    {-5.0, 0.0, 3, 0},   {5.0, -0.0001, 1, 1}, {5.0, -0.0, 1, 0},
+        {0.0, 0.0, 1, 1}, {-1.0, 0.0, 2, 1}, {0.0, 0.0, 7, 1},     {1e-300, 0.0, 1, 0},
+        {0.0, 0.0, 3, 0}, {-5.0, 0.0, 3, 0}, {5.0, -0.0001, 1, 1}, {5.0, -0.0, 1, 0},
     };
     for (const Case& c : cases) {
         SODistAngleResult out = qtest::sentinel_filled<SODistAngleResult>();
@@ -88,7 +88,7 @@ TEST(StakeoutDistAngle, AngleTurnedAndFolded)
         {1, 1, 648000.0, 0.0, 648000.0}, // the fold is strict
         {1, 1, 0.0, 648000.0, -648000.0},
         {1, 1, 0.0, 648001.0, 647999.0},
-        {1, -1, 0.0, 1.0, 647999.0},     // -648001 folded up
+        {1, -1, 0.0, 1.0, 647999.0}, // -648001 folded up
     };
     const DistanceRecord m = shot(10, 10, 0);
     for (const Case& c : cases) {
@@ -184,10 +184,9 @@ TEST(StakeoutCoor, HalfCircleAddedThenFolded)
         double measured, expected;
     };
     const Case cases[] = {
-        {1, -1, 10.0, -647990.0}, // 648010 folded
-        {1, -1, -10.0, 647990.0},
-        {1, -1, -1296001.0, 647999.0}, // -648001 folded up
-        {1, 1, -648000.0, -648000.0}, // the fold is strict
+        {1, -1, 10.0, -647990.0},                                    // 648010 folded
+        {1, -1, -10.0, 647990.0},     {1, -1, -1296001.0, 647999.0}, // -648001 folded up
+        {1, 1, -648000.0, -648000.0},                                // the fold is strict
         {1, 1, 648000.5, -647999.5},
     };
     for (const Case& c : cases) {
@@ -258,7 +257,7 @@ TEST(StakeoutDivide, CountsOutOfRange)
         unsigned char n, i;
         int status;
     };
-    const Case cases[] = {{0, 1, 1},  {100, 1, 1}, {4, 0, 1},   {4, 199, 1},
+    const Case cases[] = {{0, 1, 1},  {100, 1, 1}, {4, 0, 1},    {4, 199, 1},
                           {99, 1, 0}, {1, 198, 0}, {255, 255, 1}};
     for (const Case& c : cases) {
         const unsigned char counts[] = {c.n, c.i};
@@ -276,10 +275,9 @@ TEST(StakeoutDivide, PointsAlongAndBeyondTheLine)
         double forward, angle;
     };
     const Case cases[] = {
-        {4, 8, 200.0, 0.0, 0.0, 0.0, 0.0},      // twice the line length
-        {4, 1, 20.0, 0.0, 0.0, -5.0, 0.0},      // 5 m short
-        {3, 2, 80.0, 1200000.0, 10.0, 0.0, 96010.0},
-        {3, 2, 80.0, 10.0, 1200000.0, 0.0, -96010.0},
+        {4, 8, 200.0, 0.0, 0.0, 0.0, 0.0}, // twice the line length
+        {4, 1, 20.0, 0.0, 0.0, -5.0, 0.0}, // 5 m short
+        {3, 2, 80.0, 1200000.0, 10.0, 0.0, 96010.0}, {3, 2, 80.0, 10.0, 1200000.0, 0.0, -96010.0},
         {2, 1, 50.0, 0.0, 648000.0, 0.0, 648000.0}, // strict fold
     };
     for (const Case& c : cases) {
