@@ -73,7 +73,7 @@ ResultCode LIB_MissLine(const StationRecord* station, const DistanceRecord* meas
     if (out->Azimuth > FULL_CIRCLE) {
         out->Azimuth = out->Azimuth - FULL_CIRCLE;
     }
-    if (station->signA == station->signB) {
+    if (!faces_differ(*station)) {
         return OK;
     }
     out->Azimuth = out->Azimuth - HALF_CIRCLE;

@@ -20,7 +20,7 @@ ResultCode LIB_SO_DistAngle(const StationRecord* station, const DistanceRecord* 
         return DOMAIN;
     }
     if (measured_angle != nullptr) {
-        if (station->signA == station->signB) {
+        if (!faces_differ(*station)) {
             out->AngleDifference = *measured_angle - design_angle;
         } else {
             // Face II: the half circle is taken off here (stakeout by
@@ -58,7 +58,7 @@ ResultCode LIB_SO_Coor(const StationRecord* station, const DistanceRecord* measu
     double azimuth = 0.0;
     LIB_CalAZ(&station_point, design, &azimuth);
 
-    if (station->signA == station->signB) {
+    if (!faces_differ(*station)) {
         out->AngleDifference = *measured_angle - azimuth;
     } else {
         // Face II: the half circle is added here (stakeout by distance and
