@@ -221,7 +221,169 @@ QUILLON_API ResultCode LIB_CalLB(const SurveyPoint* line, const SurveyPoint* p, 
 QUILLON_API ResultCode LIB_CalScale(double height, double grid_scale, double* combined);
 
 /* ==== stakeout, remote height, offsets, area, missing line ================ */
-/* @@field-a@@ */
+/** Stakeout by distance and angle (LIB_SO_DistAngle). */
+typedef struct SODistAngleResult {
+    double DistanceDifference; /**< measured minus design distance, m */
+    double AngleDifference;    /**< measured minus design angle, arc-seconds, in +/-648000 */
+} SODistAngleResult;
+
+/** Stakeout by coordinates (LIB_SO_Coor). */
+typedef struct SOCoorResult {
+    double X;                            /**< measured point northing, m */
+    double Y;                            /**< measured point easting, m */
+    double H;                            /**< measured point elevation, m */
+    double HorizontalDistanceDifference; /**< measured minus design horizontal distance, m */
+    double HeightDifference;             /**< measured point H minus design H, m */
+    double ForwardDifference; /**< measured distance minus the design distance projected on
+                                   the line of sight, m (positive: the prism is too far) */
+    double LateralDifference; /**< design distance times the sine of the angle difference, m */
+    double AngleDifference;   /**< measured angle minus design azimuth, arc-seconds */
+} SOCoorResult;
+
+/** Stakeout of a division point of a line (LIB_SO_Divide). */
+typedef struct SODivideResult {
+    double ForwardDifference; /**< measured distance minus the along-sight part of the
+                                   design distance, m */
+    double LateralDifference; /**< design distance times the sine of the angle difference, m */
+    double AngleDifference;   /**< measured minus line direction, arc-seconds, in +/-648000 */
+} SODivideResult;
+
+/** Area and perimeter of a polygon (LIB_Area). */
+typedef struct AreaResult {
+    double Area;      /**< area, square metres */
+    double Hectares;  /**< the same area times 0.0001, hectares */
+    double Perimeter; /**< length of the closed boundary, m */
+} AreaResult;
+
+/** Missing line between two measured points (LIB_MissLine). */
+typedef struct MissLineResult {
+    double SlopeDistance;      /**< spatial distance between the points, m */
+    double HorizontalDistance; /**< m */
+    double HeightDifference;   /**< second point minus first point, m */
+    double Grade;              /**< height difference over horizontal distance, per cent */
+    double Azimuth;            /**< from the first point to the second, arc-seconds */
+} MissLineResult;
+
+/** Stakeout by design distance and design angle.
+ *  station: signA, signB (a half circle is subtracted from the angle
+ *  difference when they differ), instrument and target height (type 3).
+ *  measured: reduced measurement, or NULL for no distance difference.
+ *  measured_angle: horizontal angle, arc-seconds, or NULL: then the angle
+ *  difference already in out is only folded into +/-648000.
+ *  design_distance: m, of the kind given by distance_type (1 slope distance,
+ *  2 horizontal distance, 3 height difference); design_angle: arc-seconds.
+ *  A distance_type other than 1..3 leaves DistanceDifference unchanged.
+ *  Returns 0; 1 when design_distance <= 0 with a type other than 3, when
+ *  design_angle < 0 or when out is NULL (out unchanged on 1). */
+QUILLON_API ResultCode LIB_SO_DistAngle(const StationRecord* station,
+                                        const DistanceRecord* measured,
+                                        const double* measured_angle, double design_distance,
+                                        double design_angle, SODistAngleResult* out,
+                                        unsigned char distance_type);
+
+/** Stakeout by design coordinates: the measured point (through
+ *  LIB_MeasCoor) and its differences from the design point. The angle
+ *  difference (measured angle minus the azimuth station -> design, arc-
+ *  seconds) gains a half circle when signA and signB differ and is folded
+ *  into +/-648000. A design point plumb over the station is staked with
+ *  azimuth 0. A measured point beyond the range limit is reported as
+ *  X = Y = H = 0. No range test is made.
+ *  Returns 0; 1 when the design point equals the station in X, Y and H
+ *  (out unchanged). */
+QUILLON_API ResultCode LIB_SO_Coor(const StationRecord* station, const DistanceRecord* measured,
+                                   const double* measured_angle, const SurveyPoint* design,
+                                   SOCoorResult* out);
+
+/** Stakeout of a height: *out = design_height - (r + target height), m,
+ *  where r is the rise of the sighting over the elevation angle (horizontal
+ *  distance times its tangent) minus the measured vertical difference.
+ *  measured: horizontal distance and vertical difference; angles:
+ *  horizontal angle (not used) and zenith angle, arc-seconds, face I or II.
+ *  Returns 0; 2 when *out is out of range (written even on 2). */
+QUILLON_API ResultCode LIB_SO_Height(const StationRecord* station, const DistanceRecord* measured,
+                                     const double* angles, double design_height, double* out);
+
+/** Stakeout of point i of a line divided into n equal parts.
+ *  lengths: line length and measured horizontal distance, m; directions:
+ *  line direction and measured direction, arc-seconds; counts: n (1..99)
+ *  and i (1..198, points beyond the line's end up to twice its length).
+ *  Returns 0; 1 when n or i is out of its range (out unchanged). */
+QUILLON_API ResultCode LIB_SO_Divide(const double* lengths, const double* directions,
+                                     const unsigned char* counts, SODivideResult* out);
+
+/** Remote height.
+ *  Mode 0: height of the sighted point over the prism's ground point, m,
+ *  from the horizontal distance and vertical difference of measured, the
+ *  target height and the second zenith angle (signB gives the face; the
+ *  first zenith angle is not used). No range test.
+ *  Mode 1: height difference between the points sighted with the second and
+ *  the first zenith angle at the measured horizontal distance, m; with
+ *  signB = -1 both angles are face II readings.
+ *  Zenith angles in arc-seconds. Any other mode leaves *out unchanged.
+ *  Returns 0; 2 in mode 1 when *out > 99999999.9999 or < -99999999.9999
+ *  (written even on 2). */
+QUILLON_API ResultCode LIB_Hight(const StationRecord* station, const DistanceRecord* measured,
+                                 double first_zenith, double second_zenith, double* out,
+                                 unsigned char mode);
+
+/** Offset by angle: the horizontal distance of the reference point with the
+ *  horizontal angle and zenith angle (angles, arc-seconds) of a second
+ *  sighting to the point's centre.
+ *  Mode 0: the horizontal distance is that of measured. Mode 1: it is the
+ *  plan distance station -> known; known->H is raised by the station's
+ *  target height and written back (each call raises it again).
+ *  out: point X, Y, H; slope distance; horizontal distance; vertical
+ *  difference; horizontal angle; zenith angle (the angles as given).
+ *  Returns 0; 2 when the point is out of range (out unchanged; known->H
+ *  already raised in mode 1). */
+QUILLON_API ResultCode LIB_OS_Angle(const StationRecord* station, const DistanceRecord* measured,
+                                    const double* angles, SurveyPoint* known, DistAngleRecord* out,
+                                    unsigned char mode);
+
+/** Offset by distances: the reference point moved by offsets (right of the
+ *  line of sight, forward along it, height; m), then sighted from the
+ *  instrument (distances, height difference, azimuth and zenith angle to the
+ *  point raised by the target height).
+ *  Mode 0: reference point measured (measured, measured_angle, arc-seconds;
+ *  known not used). Mode 1: reference point known (measured and
+ *  measured_angle not used). Other modes return 1.
+ *  Returns 0; 1 for mode 1 with known plumb over the station, or another
+ *  mode (out unchanged); 2 when the measured reference point or the offset
+ *  point is out of range (out unchanged when the reference point is; the
+ *  offset point X, Y, H written when it is); 3 when the offset point lies
+ *  plumb over or under the instrument (point, distances and height
+ *  difference written). */
+QUILLON_API ResultCode LIB_OS_Dist1(const StationRecord* station, const DistanceRecord* measured,
+                                    const double* measured_angle, const SurveyPoint* known,
+                                    const double* offsets, DistAngleRecord* out,
+                                    unsigned char mode);
+
+/** Offset by extension: the point on the spatial line line[0] -> line[1]
+ *  at extension metres beyond line[1] (negative: back toward line[0]),
+ *  then sighted from the instrument as by LIB_OS_Dist1.
+ *  Returns 0; 1 when the line points are identical (out unchanged); 2 when
+ *  the point is out of range (out unchanged); 3 when it lies plumb over or
+ *  under the instrument (point, distances and height difference written). */
+QUILLON_API ResultCode LIB_OS_Dist2(const StationRecord* station, const SurveyPoint* line,
+                                    double extension, DistAngleRecord* out);
+
+/** Area (shoelace, either orientation) and perimeter of the closed polygon
+ *  points[0..count-1]. Returns 0; 1 when count < 3; 2 when the area is
+ *  greater than 99999999.9999 (out unchanged on 1 and 2). */
+QUILLON_API ResultCode LIB_Area(unsigned char count, const SurveyPoint* points, AreaResult* out);
+
+/** Missing line between two points measured from one station.
+ *  measured: two reduced measurements (horizontal distance and vertical
+ *  difference used); angles: horizontal angle of the first point at
+ *  angles[0] and of the second at angles[3], arc-seconds; target heights of
+ *  the two shots, m. The azimuth is whole seconds plus the fraction of the
+ *  first angle; when both angles are equal it is not computed and the
+ *  value already in out->Azimuth is folded instead. Face II (signA !=
+ *  signB) turns it by a half circle. No range test.
+ *  Returns 0; 3 when the points coincide in plan (out unchanged). */
+QUILLON_API ResultCode LIB_MissLine(const StationRecord* station, const DistanceRecord* measured,
+                                    const double* angles, double first_target_height,
+                                    double second_target_height, MissLineResult* out);
 
 /* ==== intersections, slope and angle offsets, line height, round ======== */
 /* @@field-b@@ */
@@ -342,7 +504,36 @@ QUILLON_LAYOUT(TangentPoint, X, 0);
 QUILLON_LAYOUT(TangentPoint, Y, 8);
 QUILLON_LAYOUT(TangentPoint, Azimuth, 16);
 
-/* @@layout-field-a@@ */
+QUILLON_SIZE(SODistAngleResult, 16);
+QUILLON_LAYOUT(SODistAngleResult, DistanceDifference, 0);
+QUILLON_LAYOUT(SODistAngleResult, AngleDifference, 8);
+
+QUILLON_SIZE(SOCoorResult, 64);
+QUILLON_LAYOUT(SOCoorResult, X, 0);
+QUILLON_LAYOUT(SOCoorResult, Y, 8);
+QUILLON_LAYOUT(SOCoorResult, H, 16);
+QUILLON_LAYOUT(SOCoorResult, HorizontalDistanceDifference, 24);
+QUILLON_LAYOUT(SOCoorResult, HeightDifference, 32);
+QUILLON_LAYOUT(SOCoorResult, ForwardDifference, 40);
+QUILLON_LAYOUT(SOCoorResult, LateralDifference, 48);
+QUILLON_LAYOUT(SOCoorResult, AngleDifference, 56);
+
+QUILLON_SIZE(SODivideResult, 24);
+QUILLON_LAYOUT(SODivideResult, ForwardDifference, 0);
+QUILLON_LAYOUT(SODivideResult, LateralDifference, 8);
+QUILLON_LAYOUT(SODivideResult, AngleDifference, 16);
+
+QUILLON_SIZE(AreaResult, 24);
+QUILLON_LAYOUT(AreaResult, Area, 0);
+QUILLON_LAYOUT(AreaResult, Hectares, 8);
+QUILLON_LAYOUT(AreaResult, Perimeter, 16);
+
+QUILLON_SIZE(MissLineResult, 40);
+QUILLON_LAYOUT(MissLineResult, SlopeDistance, 0);
+QUILLON_LAYOUT(MissLineResult, HorizontalDistance, 8);
+QUILLON_LAYOUT(MissLineResult, HeightDifference, 16);
+QUILLON_LAYOUT(MissLineResult, Grade, 24);
+QUILLON_LAYOUT(MissLineResult, Azimuth, 32);
 /* @@layout-field-b@@ */
 /* @@layout-setup@@ */
 /* @@layout-road-h@@ */

@@ -1,0 +1,85 @@
+/* A stakeout session: the station is set up, a design point is called up,
+ * the prism is measured, and the instrument person reads out to the prism
+ * how far to move. Forward and back, left and right are seen from the
+ * instrument looking at the prism. */
+#include "dms.h"
+#include "quillon.h"
+
+#include <math.h>
+#include <stdio.h>
+#include <string.h>
+
+static void print_move(const char* what, double amount, const char* positive, const char* negative)
+{
+    if (fabs(amount) < 0.0005) {
+        printf("  %-9s on line\n", what);
+    } else {
+        printf("  %-9s move %.3f m %s\n", what, fabs(amount), amount > 0.0 ? positive : negative);
+    }
+}
+
+int main(void)
+{
+    char a[32], b[32];
+    StationRecord station;
+    memset(&station, 0, sizeof station);
+    station.X = 5000.000;
+    station.Y = 2000.000;
+    station.H = 312.450;
+    station.InstrumentHeight = 1.563;
+    station.TargetHeight = 1.800;
+    station.signA = 1;
+    station.signB = 1;
+    station.refractionMode = 1;
+
+    SurveyPoint design;
+    design.X = 5061.250;
+    design.Y = 2087.400;
+    design.H = 314.200;
+
+    /* The prism as measured: slope distance, zenith angle, direction. */
+    const double slope = 106.781;
+    const double zenith = 88 * 3600.0 + 46 * 60.0 + 15.0;
+    const double direction = 54 * 3600.0 + 57 * 60.0 + 40.0;
+
+    DistanceRecord measured;
+    LIB_DistConvert(&station, 1.0, slope, zenith, &measured);
+
+    SOCoorResult so;
+    int status = LIB_SO_Coor(&station, &measured, &direction, &design, &so);
+    printf("Design point: X %.3f  Y %.3f  H %.3f\n", design.X, design.Y, design.H);
+    printf("Shot: slope %.3f m, zenith %s, direction %s [%s]\n", slope, dms(zenith, a),
+           dms(direction, b), status_text(status));
+    if (status != 0) {
+        return 1;
+    }
+    printf("Prism is at: X %.3f  Y %.3f  H %.3f\n", so.X, so.Y, so.H);
+    printf("Turn the instrument by %s to the design direction\n", dms(-so.AngleDifference, a));
+    printf("To the prism:\n");
+    /* The measured distance is longer than the design one: come back. */
+    print_move("forward:", so.ForwardDifference, "back (toward the instrument)",
+               "forward (away from the instrument)");
+    /* The prism stands clockwise of the design direction: go left. */
+    print_move("lateral:", so.LateralDifference, "left", "right");
+    if (fabs(so.HeightDifference) < 0.0005) {
+        printf("  height:   on grade\n");
+    } else {
+        printf("  height:   %s %.3f m\n", so.HeightDifference > 0.0 ? "cut" : "fill",
+               fabs(so.HeightDifference));
+    }
+    printf("  distance: %+.3f m against the design\n", so.HorizontalDistanceDifference);
+
+    /* The same check by design distance and angle, as the program does when
+     * the point is given by polar values. */
+    double design_azimuth = 0.0;
+    const SurveyPoint at = {station.X, station.Y, station.H};
+    LIB_CalAZ(&at, &design, &design_azimuth);
+    double design_distance = 0.0;
+    LIB_Cal2PointDist(&at, &design, &design_distance, 0);
+    SODistAngleResult polar;
+    status = LIB_SO_DistAngle(&station, &measured, &direction, design_distance, design_azimuth,
+                              &polar, 2);
+    printf("By distance and angle: %+.3f m, %s [%s]\n", polar.DistanceDifference,
+           dms(polar.AngleDifference, a), status_text(status));
+    return 0;
+}
