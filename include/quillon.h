@@ -299,9 +299,10 @@ QUILLON_API ResultCode LIB_OS_SDist(const StationRecord* station, const Distance
  *  distances and angles from the instrument to it (sighted with the target
  *  height, signB as the face, the azimuth turned when the faces differ).
  *  Returns 0;
- *  3 when the line runs through the station (out unchanged), or when the
- *    point lies plumb under the instrument (X, Y, H, slope and horizontal
- *    distance and height difference written even on 3);
+ *  3 when the line runs through the station or the crossing falls on it
+ *    (out unchanged), or when the sight to the crossing has no horizontal
+ *    distance (X, Y, H, slope and horizontal distance and height difference
+ *    written even on 3);
  *  5 when the sight meets the line behind the instrument (out unchanged);
  *  2 when the point is out of range, the line runs at constant northing
  *    (line[0].X == line[1].X) or the sight is parallel to the line (out

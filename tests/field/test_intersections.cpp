@@ -27,30 +27,30 @@ TEST(FrontMeet, RaysAndDistancesTowardATargetMeetThere)
 {
     const SurveyPoint A{1000.0, 2000.0, 50.0};
     const SurveyPoint B{1100.0, 2300.0, 60.0};
-    // Left and right of A->B; by distances only the left one can come back.
-    const SurveyPoint targets[] = {{1300.0, 2050.0, 0.0}, {900.0, 2450.0, 0.0}};
-    for (const SurveyPoint& T : targets) {
+    // Left and right of A->B. By distances the right one comes back mirrored
+    // in A-B, on the left.
+    const SurveyPoint targets[2][2] = {{{1300.0, 2050.0, 0.0}, {1300.0, 2050.0, 0.0}},
+                                       {{900.0, 2450.0, 0.0}, {1350.0, 2300.0, 0.0}}};
+    for (const auto& t : targets) {
+        const SurveyPoint& T = t[0];
         FrontMeetInput in = known_pair(A, B);
         in.A.Direction = azimuth(A, T);
         in.B.Direction = azimuth(B, T);
         in.A.Distance = std::hypot(T.X - A.X, T.Y - A.Y);
         in.B.Distance = std::hypot(T.X - B.X, T.Y - B.Y);
-        SurveyPoint out = qtest::sentinel_filled<SurveyPoint>();
-        ASSERT_EQ(LIB_CalFrontMeet(&in, &out, 0), 0);
+        SurveyPoint by_angles = qtest::sentinel_filled<SurveyPoint>();
+        SurveyPoint by_distances = qtest::sentinel_filled<SurveyPoint>();
+        ASSERT_EQ(LIB_CalFrontMeet(&in, &by_angles, 0), 0);
+        ASSERT_EQ(LIB_CalFrontMeet(&in, &by_distances, 1), 0);
         // The half circle added at B is 3.1415926 rad, not pi: about 0.1 mm
         // at these distances.
-        EXPECT_NEAR(out.X, T.X, 1e-4);
-        EXPECT_NEAR(out.Y, T.Y, 1e-4);
-        EXPECT_BITS(out.H, 0.0);
+        EXPECT_NEAR(by_angles.X, T.X, 1e-4);
+        EXPECT_NEAR(by_angles.Y, T.Y, 1e-4);
+        EXPECT_NEAR(by_distances.X, t[1].X, 1e-7);
+        EXPECT_NEAR(by_distances.Y, t[1].Y, 1e-7);
+        EXPECT_BITS(by_angles.H, 0.0);
+        EXPECT_BITS(by_distances.H, 0.0);
     }
-    FrontMeetInput in = known_pair(A, B);
-    in.A.Distance = std::hypot(300.0, 50.0);
-    in.B.Distance = std::hypot(200.0, -250.0);
-    SurveyPoint out = qtest::sentinel_filled<SurveyPoint>();
-    ASSERT_EQ(LIB_CalFrontMeet(&in, &out, 1), 0);
-    EXPECT_NEAR(out.X, 1300.0, 1e-7);
-    EXPECT_NEAR(out.Y, 2050.0, 1e-7);
-    EXPECT_BITS(out.H, 0.0);
 }
 
 TEST(FrontMeet, DistanceModeTakesTheLeftSolution)

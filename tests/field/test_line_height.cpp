@@ -96,41 +96,36 @@ TEST(LineHeight, NadirSightingPassesAndVerticalSecondSightingKeepsTheFirst)
     EXPECT_TRUE(qtest::untouched(out.HeightBetween));
 }
 
-TEST(Circle, CentreAndRadius)
+TEST(Circle, CentreRadiusAndDegeneratePoints)
 {
-    const SurveyPoint pts[2][3] = {{{0.0, 0.0, 1.0}, {0.0, 10.0, 2.0}, {10.0, 0.0, 3.0}},
-                                   {{0.0, 0.0, 1.0}, {10.0, 0.0, 2.0}, {0.0, 10.0, 3.0}}};
-    for (const auto& p : pts) {
-        double radius = 0.0;
-        double centre[2] = {};
-        EXPECT_EQ(LIB_CalCircle(p, &radius, centre, nullptr, 4, 0), 0);
-        EXPECT_BITS(centre[0], 5.0);
-        EXPECT_BITS(centre[1], 5.0);
-        EXPECT_BITS(radius, std::sqrt(50.0));
-    }
-}
-
-TEST(Circle, DegeneratePointsWriteNothing)
-{
-    const SurveyPoint cases[][3] = {
-        {{0.0, 0.0, 0.0}, {1.0, 1.0, 0.0}, {3.0, 3.0, 0.0}}, // one line of slope 1
-        {{2.0, 0.0, 0.0}, {2.0, 5.0, 0.0}, {2.0, 9.0, 0.0}}, // equal X
-        {{0.0, 4.0, 0.0}, {3.0, 4.0, 0.0}, {7.0, 4.0, 0.0}}, // equal Y
+    const double R = std::sqrt(50.0);
+    struct Case {
+        SurveyPoint p[3];
+        int status;
+        double radius, x, y;
     };
-    for (const auto& p : cases) {
+    const Case cases[] = {
+        {{{0.0, 0.0, 1.0}, {0.0, 10.0, 2.0}, {10.0, 0.0, 3.0}}, 0, R, 5.0, 5.0},
+        {{{0.0, 0.0, 1.0}, {10.0, 0.0, 2.0}, {0.0, 10.0, 3.0}}, 0, R, 5.0, 5.0}, // Y1 = Y2
+        {{{0.0, 0.0, 0.0}, {1.0, 1.0, 0.0}, {3.0, 3.0, 0.0}}, 1, 0, 0, 0},       // slope 1
+        {{{2.0, 0.0, 0.0}, {2.0, 5.0, 0.0}, {2.0, 9.0, 0.0}}, 1, 0, 0, 0},       // equal X
+        {{{0.0, 4.0, 0.0}, {3.0, 4.0, 0.0}, {7.0, 4.0, 0.0}}, 1, 0, 0, 0},       // equal Y
+        // Two coincident points are not refused: the centre is not a number.
+        {{{0.0, 0.0, 0.0}, {0.0, 0.0, 0.0}, {10.0, 5.0, 0.0}}, 0, NaN, NaN, NaN},
+    };
+    for (const Case& c : cases) {
         double radius = qtest::sentinel_double();
         double centre[2];
         qtest::fill_sentinel(centre);
-        EXPECT_EQ(LIB_CalCircle(p, &radius, centre, nullptr, 4, 0), 1);
-        EXPECT_TRUE(qtest::untouched(radius));
-        EXPECT_TRUE(qtest::untouched(centre));
+        ASSERT_EQ(LIB_CalCircle(c.p, &radius, centre, nullptr, 4, 0), c.status);
+        if (c.status != 0) {
+            EXPECT_TRUE(qtest::untouched(radius) && qtest::untouched(centre));
+            continue;
+        }
+        EXPECT_BITS(radius, c.radius);
+        EXPECT_BITS(centre[0], c.x);
+        EXPECT_BITS(centre[1], c.y);
     }
-    // Two coincident points are not refused: the centre is not a number.
-    const SurveyPoint twice[3] = {{0.0, 0.0, 0.0}, {0.0, 0.0, 0.0}, {10.0, 5.0, 0.0}};
-    double radius = 0.0;
-    double centre[2] = {};
-    EXPECT_EQ(LIB_CalCircle(twice, &radius, centre, nullptr, 4, 0), 0);
-    EXPECT_TRUE(std::isnan(centre[0]) && std::isnan(centre[1]) && std::isnan(radius));
 }
 
 TEST(Circle, PointListAcrossTheFixedBand)
