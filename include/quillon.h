@@ -386,7 +386,166 @@ QUILLON_API ResultCode LIB_MissLine(const StationRecord* station, const Distance
                                     double second_target_height, MissLineResult* out);
 
 /* ==== intersections, slope and angle offsets, line height, round ======== */
-/* @@field-b@@ */
+/* ---- intersections ------------------------------------------------------ */
+
+/** A known point of an intersection with what was observed at it. */
+typedef struct FrontMeetKnown {
+    SurveyPoint Point; /**< the known point; its H is not used */
+    double Direction;  /**< direction observed at the point toward the new point,
+                            arc-seconds (angle mode) */
+    double Distance;   /**< horizontal distance measured from the point to the
+                            new point, m (distance mode) */
+} FrontMeetKnown;
+
+/** The two known points A and B of LIB_CalFrontMeet. */
+typedef struct FrontMeetInput {
+    FrontMeetKnown A; /**< first known point */
+    FrontMeetKnown B; /**< second known point */
+} FrontMeetInput;
+
+/** Two lines of LIB_CalLineCrossPT, each through two points. */
+typedef struct LineCrossInput {
+    SurveyPoint P1; /**< first line, first point (the height is carried from here) */
+    SurveyPoint P2; /**< first line, second point */
+    SurveyPoint P3; /**< second line, first point (H not used) */
+    SurveyPoint P4; /**< second line, second point (H not used) */
+} LineCrossInput;
+
+/** Forward intersection in plan from the known points A and B.
+ *  mode 0 (by angles): reads the directions observed at A and at B, each
+ *  reckoned so that a1 = azimuth(A->B) - direction at A and
+ *  a2 = (direction at B + 648000) - azimuth(A->B) are the angles of the
+ *  triangle at A and at B (the directions at A and B are the azimuths toward
+ *  the new point when the circles are oriented).
+ *  mode 1 (by distances): reads the distances from A and from B (m) and
+ *  always returns the solution to the left of the line A->B.
+ *  out receives X, Y and H = 0 (m); any other mode computes nothing.
+ *  Returns 0;
+ *  1 when A and B coincide in plan, when a1 or a2 is exactly +/-324000 or
+ *    +/-972000, when a tangent of a1 or a2 or the sum of their cotangents
+ *    is 0 (mode 0), or when the two circles do not meet (mode 1); out
+ *    unchanged on 1;
+ *  2 when X or Y then in out is out of range (written even on 2; for another
+ *    mode the caller's values are tested). */
+QUILLON_API ResultCode LIB_CalFrontMeet(const FrontMeetInput* input, SurveyPoint* out,
+                                        unsigned char mode);
+
+/** Crossing point of the line P1-P2 with the line P3-P4, in plan; the height
+ *  is interpolated (or extrapolated) along P1-P2. No range test.
+ *  Returns 0; 6 when the lines are parallel or degenerate (out unchanged). */
+QUILLON_API ResultCode LIB_CalLineCrossPT(const LineCrossInput* input, SurveyPoint* out);
+
+/* ---- offsets by slope distance and by horizontal angle ----------------- */
+
+/** Offset along the line of sight: the slope distance is lengthened by
+ *  offset (m; negative shortens it, and beyond the instrument the point lies
+ *  on the opposite side, with the direction turned and the zenith angle
+ *  mirrored).
+ *  mode 1: the sight is taken to *known, whose H is raised by the target
+ *  height in the caller's record (on every call, even one that fails);
+ *  any other mode: measured (slope distance, horizontal distance, vertical
+ *  difference) and angles[0..1] (horizontal angle, zenith angle, arc-seconds)
+ *  are used. Which side the point lies is decided by the measured slope
+ *  distance in every mode.
+ *  out receives eight doubles: X, Y, H (m), slope distance, horizontal
+ *  distance, vertical difference (m), horizontal angle, zenith angle
+ *  (arc-seconds).
+ *  Returns 0; 2 when the point is out of range (out unchanged). */
+QUILLON_API ResultCode LIB_OS_SDist(const StationRecord* station, const DistanceRecord* measured,
+                                    const double* angles, SurveyPoint* known, double offset,
+                                    double* out, unsigned char mode);
+
+/** Where the sight at a horizontal angle (arc-seconds) from the station meets
+ *  the line through line[0] and line[1] (a wall, a kerb); the height is
+ *  interpolated on that line. out receives the point (X, Y, H) and the
+ *  distances and angles from the instrument to it (sighted with the target
+ *  height, signB as the face, the azimuth turned when the faces differ).
+ *  Returns 0;
+ *  3 when the line runs through the station or the crossing falls on it
+ *    (out unchanged), or when the sight to the crossing has no horizontal
+ *    distance (X, Y, H, slope and horizontal distance and height difference
+ *    written even on 3);
+ *  5 when the sight meets the line behind the instrument (out unchanged);
+ *  2 when the point is out of range, the line runs at constant northing
+ *    (line[0].X == line[1].X) or the sight is parallel to the line (out
+ *    unchanged). */
+QUILLON_API ResultCode LIB_OS_Ha(const StationRecord* station, const SurveyPoint* line,
+                                 double horizontal_angle, DistAngleRecord* out);
+
+/* ---- line height and circle --------------------------------------------- */
+
+/** Heights on the vertical plane through a line (LIB_CalLineHeight). */
+typedef struct LineHeightResult {
+    double Height;             /**< target above the instrument's horizon, m */
+    double HorizontalDistance; /**< station to the target's vertical, m */
+    double Along;              /**< from A along the line to the target's vertical, m */
+    double HeightBetween;      /**< Height minus the height of the second sighting,
+                                    m (mode 1 only) */
+} LineHeightResult;
+
+/** One pair of points of the circle's list (LIB_CalCircle, mode 1): the two
+ *  points of the circle at one easting Y. Where the easting lies farther
+ *  than the radius from the centre the northings are not a number. */
+typedef struct CirclePointPair {
+    double FirstX;      /**< centre X plus the half chord, m */
+    double FirstY;      /**< easting of the pair, m */
+    double FirstSpare;  /**< left as the caller had it */
+    double SecondX;     /**< centre X minus the half chord, m */
+    double SecondY;     /**< easting of the pair again, m */
+    double SecondSpare; /**< left as the caller had it */
+} CirclePointPair;
+
+/** Where a sighting meets the vertical plane through the line A-B, from
+ *  angle readings alone. pts: A, B, S (the station). obs: [0] the sighting
+ *  to A, [2] the sighting to the target on the plane, [3] (mode 1) a second
+ *  sighting to the same vertical; horizontal direction and zenith angle in
+ *  arc-seconds ([1] and every third value are not read).
+ *  Writes Height, HorizontalDistance and Along; mode 1 adds HeightBetween.
+ *  Returns 0; 1 when the sighting runs parallel to the line, lies exactly
+ *  along the perpendicular from S, or is vertical (out unchanged), or when
+ *  the second sighting of mode 1 is vertical (Height, HorizontalDistance and
+ *  Along written even on 1). An angle is taken as vertical or parallel when
+ *  its whole arc-seconds, reduced by a full circle with their sign, are
+ *  exactly 324000 or 972000; negative angles never are. No range test. */
+QUILLON_API ResultCode LIB_CalLineHeight(const SurveyPoint* pts, const AngleObservation* obs,
+                                         LineHeightResult* out, unsigned char mode);
+
+/** Circle through three points in plan (only X and Y of pts[0..2] are read):
+ *  radius (m) and centre[0..1] (X, Y, m).
+ *  mode 1 also lists pairs of circle points at eastings from centre Y -
+ *  6370000 on in count equal steps up to centre Y + 6370000 (the band is
+ *  fixed, whatever the radius); list needs room for count + 1 pairs. A
+ *  count of 0 lists one pair; a centre too far out for the band to be
+ *  stepped lists none. Coincident points not refused below give
+ *  non-finite values, which are written as they come.
+ *  Returns 0;
+ *  1 when the points lie on one line, share X or share Y, or (mode 1) when
+ *    count is negative or so large that the steps could not reach the end of
+ *    the band; nothing written on 1. */
+QUILLON_API ResultCode LIB_CalCircle(const SurveyPoint* pts, double* radius, double* centre,
+                                     CirclePointPair* list, int32_t count, unsigned char mode);
+
+/* ---- offset to a round object ------------------------------------------- */
+
+/** Centre of a round object (a column, a tree, a tank) from its two edges
+ *  sighted (obs[0] and obs[1], in either order), a distance measured on a
+ *  third sighting (obs[2]); only the horizontal directions are read
+ *  (arc-seconds). The sine rule takes the measured horizontal distance plus
+ *  radius (m) as the distance along the third sighting to the face; the
+ *  height comes from the measured vertical difference.
+ *  out receives the centre (X, Y, H) and the distances and angles from the
+ *  instrument to it; when the faces differ its azimuth is the edges'
+ *  bisector turned by a half circle. *computed_radius receives the radius
+ *  implied by the edge sightings (m).
+ *  Returns 0;
+ *  2 when the centre is out of range or not finite (edges coincident, the
+ *    third sighting on the bisector or outside the edges); nothing written;
+ *  3 when the centre lies plumb under the instrument (out holds the slope
+ *    and horizontal distance and height difference, computed_radius
+ *    unchanged). */
+QUILLON_API ResultCode LIB_OS_Round(const StationRecord* station, const DistanceRecord* measured,
+                                    const AngleObservation* obs, double radius,
+                                    DistAngleRecord* out, double* computed_radius);
 
 /* ==== resection, reference lines, planes, arcs ============================ */
 /* @@setup@@ */
@@ -535,6 +694,35 @@ QUILLON_LAYOUT(MissLineResult, HeightDifference, 16);
 QUILLON_LAYOUT(MissLineResult, Grade, 24);
 QUILLON_LAYOUT(MissLineResult, Azimuth, 32);
 /* @@layout-field-b@@ */
+/* @@layout-field-a@@ */
+QUILLON_SIZE(FrontMeetKnown, 40);
+QUILLON_LAYOUT(FrontMeetKnown, Point, 0);
+QUILLON_LAYOUT(FrontMeetKnown, Direction, 24);
+QUILLON_LAYOUT(FrontMeetKnown, Distance, 32);
+
+QUILLON_SIZE(FrontMeetInput, 80);
+QUILLON_LAYOUT(FrontMeetInput, A, 0);
+QUILLON_LAYOUT(FrontMeetInput, B, 40);
+
+QUILLON_SIZE(LineCrossInput, 96);
+QUILLON_LAYOUT(LineCrossInput, P1, 0);
+QUILLON_LAYOUT(LineCrossInput, P2, 24);
+QUILLON_LAYOUT(LineCrossInput, P3, 48);
+QUILLON_LAYOUT(LineCrossInput, P4, 72);
+
+QUILLON_SIZE(LineHeightResult, 32);
+QUILLON_LAYOUT(LineHeightResult, Height, 0);
+QUILLON_LAYOUT(LineHeightResult, HorizontalDistance, 8);
+QUILLON_LAYOUT(LineHeightResult, Along, 16);
+QUILLON_LAYOUT(LineHeightResult, HeightBetween, 24);
+
+QUILLON_SIZE(CirclePointPair, 48);
+QUILLON_LAYOUT(CirclePointPair, FirstX, 0);
+QUILLON_LAYOUT(CirclePointPair, FirstY, 8);
+QUILLON_LAYOUT(CirclePointPair, FirstSpare, 16);
+QUILLON_LAYOUT(CirclePointPair, SecondX, 24);
+QUILLON_LAYOUT(CirclePointPair, SecondY, 32);
+QUILLON_LAYOUT(CirclePointPair, SecondSpare, 40);
 /* @@layout-setup@@ */
 /* @@layout-road-h@@ */
 /* @@layout-road-v@@ */

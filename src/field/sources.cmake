@@ -4,3 +4,7 @@ set(QUILLON_FIELD_SOURCES
     field/remote_height.cpp
     field/offsets.cpp
     field/area.cpp)
+    field/intersections.cpp
+    field/offsets_sight.cpp
+    field/line_height.cpp
+    field/round_object.cpp)
