@@ -3,7 +3,7 @@ set(QUILLON_FIELD_SOURCES
     field/stakeout.cpp
     field/remote_height.cpp
     field/offsets.cpp
-    field/area.cpp)
+    field/area.cpp
     field/intersections.cpp
     field/offsets_sight.cpp
     field/line_height.cpp
