@@ -519,9 +519,9 @@ QUILLON_API ResultCode LIB_CalLineHeight(const SurveyPoint* pts, const AngleObse
  *  stepped lists none. Coincident points not refused below give
  *  non-finite values, which are written as they come.
  *  Returns 0;
- *  1 when the points lie on one line, share X or share Y, or (mode 1) when
- *    count is negative or so large that the steps could not reach the end of
- *    the band; nothing written on 1. */
+ *  1 when the points lie on one line, share X or share Y (nothing written),
+ *    or (mode 1) when count is negative or the steps could not reach the end
+ *    of the band (radius and centre written even on 1, no pair listed). */
 QUILLON_API ResultCode LIB_CalCircle(const SurveyPoint* pts, double* radius, double* centre,
                                      CirclePointPair* list, int32_t count, unsigned char mode);
 

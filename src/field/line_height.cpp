@@ -131,24 +131,25 @@ ResultCode LIB_CalCircle(const SurveyPoint* pts, double* radius, double* centre,
     }
     const double R = std::sqrt(square(Xc - X1) + square(Yc - Y1));
 
-    // The listed band is +/- the earth radius about the centre's easting,
-    // whatever the circle's radius.
-    const double start = Yc - EARTH_RADIUS;
-    const double end = Yc + EARTH_RADIUS;
-    const double step = (end - start) / static_cast<double>(count);
-    // A list that would never end is refused before anything is written.
-    if (mode == 1 && start < end && !walk_reaches_end(start, end, step)) {
-        return DOMAIN;
-    }
-
     *radius = R;
     centre[0] = Xc;
     centre[1] = Yc;
     if (mode != 1) {
         return OK;
     }
+    // The listed band is +/- the earth radius about the centre's easting,
+    // whatever the circle's radius.
+    const double start = Yc - EARTH_RADIUS;
+    const double end = Yc + EARTH_RADIUS;
+    const double step = (end - start) / static_cast<double>(count);
     if (!(start < end)) {
         return OK;
+    }
+    // A list that would never end (a negative count, or a step lost in
+    // rounding far from the origin) is refused before any pair is written;
+    // the radius and centre stand.
+    if (!walk_reaches_end(start, end, step)) {
+        return DOMAIN;
     }
     // Beyond the radius the square root is not a number; such pairs are
     // listed as they come.
