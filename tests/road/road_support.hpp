@@ -71,6 +71,46 @@ inline double azimuth_gap(double a, double b)
     return std::fabs(d);
 }
 
+struct Gap {
+    double position; // m
+    double azimuth;  // arc-seconds
+};
+
+// Largest gap between each element's end, evaluated by the element
+// functions, and the start stored in the next record.
+inline Gap continuity(const HElement* table, unsigned int records)
+{
+    Gap worst{0.0, 0.0};
+    for (unsigned int i = 0; i + 1 < records; ++i) {
+        const HElement& e = table[i];
+        double x = 0.0, y = 0.0, az = 0.0;
+        PlanePoint p{};
+        int status = 0;
+        if (e.Type == 1) {
+            status = LIB_CalWay_H_Line_On(&e, e.Length, &p);
+            az = e.Azimuth;
+        } else if (e.Type == 2) {
+            status = LIB_CalWay_H_Circle_On(&e, e.Length, &p) +
+                     LIB_CalWay_H_Circle_AZ(&e, e.Length, &az);
+        } else if (e.Spiral == 0) {
+            status = LIB_CalWay_H_Curve_On(&e, e.Length, &p) +
+                     LIB_CalWay_H_Curve_AZ(&e, e.Length, &az);
+        } else {
+            TangentPoint t{};
+            status = LIB_CalWay_H_Curve_End(&e, &t);
+            p.X = t.X;
+            p.Y = t.Y;
+            az = t.Azimuth;
+        }
+        EXPECT_EQ(status, 0) << "element " << i;
+        x = p.X;
+        y = p.Y;
+        worst.position = std::fmax(worst.position, distance(x, y, table[i + 1].X, table[i + 1].Y));
+        worst.azimuth = std::fmax(worst.azimuth, azimuth_gap(az, table[i + 1].Azimuth));
+    }
+    return worst;
+}
+
 } // namespace roadtest
 
 #endif
