@@ -2,6 +2,8 @@
 // the point at a chainage, and the list of chainages to stake out.
 #include "road_h.hpp"
 
+#include <cstring>
+
 using namespace quillon;
 using namespace quillon::road;
 
@@ -177,7 +179,8 @@ ResultCode LIB_CalWay_H_Ele_MainPoint(const HElement* elements, unsigned char n,
     }
     // The last slot is not copied: it becomes the end record.
     for (unsigned int i = 0; i + 1 < records; ++i) {
-        table[i] = elements[i];
+        // Byte for byte, padding included; the caller may build in place.
+        std::memmove(&table[i], &elements[i], sizeof(HElement));
     }
     for (unsigned int i = 0; i + 1 < records; ++i) {
         const ResultCode status = compute_end(table[i], table[i + 1]);
