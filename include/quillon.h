@@ -331,15 +331,18 @@ QUILLON_API ResultCode LIB_CalWay_H_Cross_Length(const CrossPoint* point, CrossL
 
 /** Complete element table (lines, transition curves, arcs and the end
  *  record) from a polygon of m intersection points (m at most 80); the table
- *  needs room for 81 records. The TurnAngle of every inner point is written
- *  back into the polygon. Returns 0 with *record_count the number of records;
+ *  needs room for 81 records. The chainage runs from the first inner point's
+ *  Chainage back along the first straight (from 0 without inner point). The
+ *  TurnAngle of every inner point is written back into the polygon.
+ *  Returns 0 with *record_count the number of records;
  *  4 for m > 80 (nothing written) or when the table would exceed 81 records
  *  (*record_count written and the last element so far marked with Type 0);
- *  1 for an invalid point or m = 0 (nothing written); 2 for a point or
- *  chainage out of range; or the status of LIB_Cal2PointDist, LIB_CalAZ,
+ *  1 for an invalid point or m = 0 (nothing written); 3 for a single point
+ *  (no direction; nothing written); 2 for a point or chainage out of range;
+ *  or the status of LIB_Cal2PointDist, LIB_CalAZ,
  *  LIB_CalWay_H_Cross_TurnAngle, LIB_CalWay_H_Cross_Length or an element
  *  function. On 2 and passed-on statuses the elements emitted and the turn
- *  angles computed so far stay written. */
+ *  angles computed so far stay written; *record_count is not. */
 QUILLON_API ResultCode LIB_CalWay_H_Cross_MainPoint(CrossPoint* polygon, unsigned char m,
                                                     HElement* table, uint32_t* record_count);
 
