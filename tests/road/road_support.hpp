@@ -93,8 +93,8 @@ inline Gap continuity(const HElement* table, unsigned int records)
             status = LIB_CalWay_H_Circle_On(&e, e.Length, &p) +
                      LIB_CalWay_H_Circle_AZ(&e, e.Length, &az);
         } else if (e.Spiral == 0) {
-            status = LIB_CalWay_H_Curve_On(&e, e.Length, &p) +
-                     LIB_CalWay_H_Curve_AZ(&e, e.Length, &az);
+            status =
+                LIB_CalWay_H_Curve_On(&e, e.Length, &p) + LIB_CalWay_H_Curve_AZ(&e, e.Length, &az);
         } else {
             TangentPoint t{};
             status = LIB_CalWay_H_Curve_End(&e, &t);
