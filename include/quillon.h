@@ -565,7 +565,149 @@ typedef struct TangentPoint {
     double Azimuth; /**< forward azimuth, arc-seconds */
 } TangentPoint;
 
-/* @@road-h@@ */
+/** One horizontal element of a road alignment. An element table is a
+ *  contiguous array of them; a complete table closes with an end record of
+ *  Type 0 that carries the alignment's end point, end azimuth and end
+ *  chainage. The reference point X, Y with Azimuth is the element's start
+ *  and its forward azimuth there, except for an exit transition curve
+ *  evaluated by LIB_CalWay_H_Curve_On / LIB_CalWay_H_Curve_AZ, where it is
+ *  the far end (curvature 0) and the backward azimuth there. */
+typedef struct HElement {
+    unsigned char Type;   /**< 1 straight, 2 circular arc, 3 transition curve, 0 end record */
+    double X;             /**< northing of the reference point, m */
+    double Y;             /**< easting of the reference point, m */
+    double Azimuth;       /**< azimuth at the reference point, arc-seconds */
+    double Length;        /**< length along the alignment, m; for a transition curve also
+                               the clothoid parameter length (radius Radius after Length) */
+    double Radius;        /**< arc radius, or radius at the curved end of a transition, m */
+    unsigned char Turn;   /**< 0 turns left (azimuth decreases), 1 turns right */
+    unsigned char Spiral; /**< transition curves: 0 entry (curvature grows), 1 exit */
+    double Chainage;      /**< chainage at the element's start, m */
+} HElement;
+
+/** Point on a straight at distance l (m) from its start (l not checked).
+ *  Returns 0; 2 when X or Y is out of range (out unchanged). */
+QUILLON_API ResultCode LIB_CalWay_H_Line_On(const HElement* element, double l, PlanePoint* out);
+
+/** Point on a circular arc at arc length l (m) from its start.
+ *  Returns 0; 2 when X or Y is out of range (out unchanged). A Turn other
+ *  than 0 or 1 writes (0, 0) and returns 0. */
+QUILLON_API ResultCode LIB_CalWay_H_Circle_On(const HElement* element, double l, PlanePoint* out);
+
+/** Point on a transition curve at curve length l (m) from its curvature-zero
+ *  end: from the start for an entry curve (Spiral 0), backward from the far
+ *  end for an exit curve (Spiral 1, X, Y the far end, Azimuth the backward
+ *  azimuth there). An unknown Turn or Spiral sets the point out straight
+ *  along Azimuth. Returns 0; 2 when X or Y is out of range (out unchanged). */
+QUILLON_API ResultCode LIB_CalWay_H_Curve_On(const HElement* element, double l, PlanePoint* out);
+
+/** Forward azimuth (arc-seconds) on a circular arc at arc length l (m).
+ *  An unknown Turn gives 0. Returns 0; 2 when the azimuth is not in
+ *  [0, 2592000) (two full circles; out unchanged). */
+QUILLON_API ResultCode LIB_CalWay_H_Circle_AZ(const HElement* element, double l, double* azimuth);
+
+/** Forward azimuth (arc-seconds) on a transition curve at curve length l (m),
+ *  with the same conventions as LIB_CalWay_H_Curve_On. An unknown Turn or
+ *  Spiral gives 0. Returns 0; 2 when the azimuth is not in [0, 2592000)
+ *  (out unchanged). */
+QUILLON_API ResultCode LIB_CalWay_H_Curve_AZ(const HElement* element, double l, double* azimuth);
+
+/** Far end (curvature 0) of an exit transition curve given by its start
+ *  (where it leaves the arc) and the forward azimuth there, with the forward
+ *  azimuth (arc-seconds) at the far end; Spiral is not read. A Turn other
+ *  than 0 or 1 writes three zeros and returns 0. Returns 0; 2 when X or Y is
+ *  out of range (out unchanged). The azimuth is not range-tested. */
+QUILLON_API ResultCode LIB_CalWay_H_Curve_End(const HElement* element, TangentPoint* out);
+
+/** One intersection point of an alignment polygon. */
+typedef struct CrossPoint {
+    double X;           /**< northing, m */
+    double Y;           /**< easting, m */
+    double TurnAngle;   /**< turn angle, arc-seconds, + right, - left (computed) */
+    double EntryLength; /**< entry transition curve length, m (0 for none) */
+    double ExitLength;  /**< exit transition curve length, m (0 for none) */
+    double Radius;      /**< radius of the circular arc, m, > 0 */
+    double Chainage;    /**< chainage of the point, m (used of the first inner point) */
+} CrossPoint;
+
+/** Lengths of the curve at one intersection point. */
+typedef struct CrossLengths {
+    double EntryTangent; /**< start of the entry curve back to the intersection point, m */
+    double ExitTangent;  /**< intersection point to the end of the exit curve, m */
+    double ArcLength;    /**< length of the circular arc, m */
+    double CurveLength;  /**< arc plus both transition curves, m */
+} CrossLengths;
+
+/** Turn angle (arc-seconds, + right, - left) at points[1] between the
+ *  straights points[0] -> points[1] and points[1] -> points[2] (X, Y only).
+ *  Returns 0; the status of LIB_CalAZ (3 for coincident points) or 2 when
+ *  the turn is not strictly inside +/-648000 (out unchanged on both). */
+QUILLON_API ResultCode LIB_CalWay_H_Cross_TurnAngle(const SurveyPoint* points, double* turn_angle);
+
+/** Tangent lengths, arc length and curve length (m) at one intersection
+ *  point from its TurnAngle, EntryLength, ExitLength and Radius.
+ *  Returns 0; 2 when a tangent is negative, the arc length is not positive,
+ *  or a value is out of range (all four written even on 2). */
+QUILLON_API ResultCode LIB_CalWay_H_Cross_Length(const CrossPoint* point, CrossLengths* out);
+
+/** Complete element table (lines, transition curves, arcs and the end
+ *  record) from a polygon of m intersection points (m at most 80); the table
+ *  needs room for 81 records. The chainage runs from the first inner point's
+ *  Chainage back along the first straight (from 0 without inner point). The
+ *  TurnAngle of every inner point is written back into the polygon.
+ *  Returns 0 with *record_count the number of records;
+ *  4 for m > 80 (nothing written) or when the table would exceed 81 records
+ *  (*record_count written and the last element so far marked with Type 0);
+ *  1 for an invalid point or m = 0 (nothing written); 3 for a single point
+ *  (no direction; nothing written); 2 for a point or chainage out of range;
+ *  or the status of LIB_Cal2PointDist, LIB_CalAZ,
+ *  LIB_CalWay_H_Cross_TurnAngle, LIB_CalWay_H_Cross_Length or an element
+ *  function. On 2 and passed-on statuses the elements emitted and the turn
+ *  angles computed so far stay written; *record_count is not. */
+QUILLON_API ResultCode LIB_CalWay_H_Cross_MainPoint(CrossPoint* polygon, unsigned char m,
+                                                    HElement* table, uint32_t* record_count);
+
+/** As LIB_CalWay_H_Cross_MainPoint, except: returns 1 for fewer than 2
+ *  points; the Radius of inner points is not validated; and when m >= 3 and
+ *  the first inner point's Radius is exactly 0 the table is the two
+ *  straights polygon[0] -> polygon[1] -> polygon[2] from polygon[0].Chainage
+ *  and an end record at polygon[2] (*record_count 3). */
+QUILLON_API ResultCode LIB_CalWay_H_Cross_MainPoint_Full(CrossPoint* polygon, unsigned char m,
+                                                         HElement* table,
+                                                         uint32_t* record_count);
+
+/** Complete element table of n records (2 to 81) from an element list whose
+ *  first record carries the start point, start azimuth and start chainage:
+ *  every element gets its start point, azimuth and chainage, the last
+ *  record becomes the end record (Type 0). A line followed by a line keeps
+ *  the second line's own azimuth (this also reads the Type byte of the
+ *  output's last slot as the caller left it). Returns 0; 4 for n out of
+ *  2..81 and 1 for an invalid record (output unchanged on both); 2 when an
+ *  element function overflows or a chainage leaves the range (the records
+ *  computed so far stay written, the end record's Type is not yet set). */
+QUILLON_API ResultCode LIB_CalWay_H_Ele_MainPoint(const HElement* elements, unsigned char n,
+                                                  HElement* table);
+
+/** Point and forward azimuth (arc-seconds) at a chainage on a complete
+ *  element table of n records. A chainage within 0.001 of a record's
+ *  chainage gives that record's stored values; a chainage before the start
+ *  leaves out unchanged; one at or beyond the end (within 0.001) gives the
+ *  end record. Returns 0; 2 when an element function overflows (the
+ *  position may be written); 4 for n = 0 (out unchanged). */
+QUILLON_API ResultCode LIB_CalWay_H_On(const HElement* table, unsigned char n, double chainage,
+                                       TangentPoint* out);
+
+/** Pile list: the m chainages of the list (ascending, first the start,
+ *  last the end; m at most 81) plus piles every interval (m) from the first
+ *  whole multiple of the interval (mode 0) or from the start chainage
+ *  (mode 1), sorted, with entries within 0.001 of their predecessor removed
+ *  in one pass (the vacated tail slots hold -1.0). The output needs room for
+ *  81 values. Interval 0 copies the list. Returns 0; 1 for a chainage out of
+ *  range, an interval outside [0, 99999999.9999], m > 81, or m = 0 with a
+ *  positive interval (output unchanged); 4 when the list would exceed 80
+ *  entries (the list so far, unsorted, and its count written). */
+QUILLON_API ResultCode LIB_CalWay_Pile(const double* chainages, unsigned char m, double interval,
+                                       double* piles, uint32_t* pile_count, unsigned char mode);
 
 /* ==== road: profile and cross-section ===================================== */
 /* @@road-v@@ */
@@ -724,7 +866,31 @@ QUILLON_LAYOUT(CirclePointPair, SecondX, 24);
 QUILLON_LAYOUT(CirclePointPair, SecondY, 32);
 QUILLON_LAYOUT(CirclePointPair, SecondSpare, 40);
 /* @@layout-setup@@ */
-/* @@layout-road-h@@ */
+QUILLON_SIZE(HElement, 64);
+QUILLON_LAYOUT(HElement, Type, 0);
+QUILLON_LAYOUT(HElement, X, 8);
+QUILLON_LAYOUT(HElement, Y, 16);
+QUILLON_LAYOUT(HElement, Azimuth, 24);
+QUILLON_LAYOUT(HElement, Length, 32);
+QUILLON_LAYOUT(HElement, Radius, 40);
+QUILLON_LAYOUT(HElement, Turn, 48);
+QUILLON_LAYOUT(HElement, Spiral, 49);
+QUILLON_LAYOUT(HElement, Chainage, 56);
+
+QUILLON_SIZE(CrossPoint, 56);
+QUILLON_LAYOUT(CrossPoint, X, 0);
+QUILLON_LAYOUT(CrossPoint, Y, 8);
+QUILLON_LAYOUT(CrossPoint, TurnAngle, 16);
+QUILLON_LAYOUT(CrossPoint, EntryLength, 24);
+QUILLON_LAYOUT(CrossPoint, ExitLength, 32);
+QUILLON_LAYOUT(CrossPoint, Radius, 40);
+QUILLON_LAYOUT(CrossPoint, Chainage, 48);
+
+QUILLON_SIZE(CrossLengths, 32);
+QUILLON_LAYOUT(CrossLengths, EntryTangent, 0);
+QUILLON_LAYOUT(CrossLengths, ExitTangent, 8);
+QUILLON_LAYOUT(CrossLengths, ArcLength, 16);
+QUILLON_LAYOUT(CrossLengths, CurveLength, 24);
 /* @@layout-road-v@@ */
 /* @@layout-traverse@@ */
 

@@ -1,1 +1,5 @@
-set(QUILLON_ROAD_SOURCES)
+set(QUILLON_ROAD_SOURCES
+    road/elements.cpp
+    road/cross_points.cpp
+    road/alignment.cpp
+)
