@@ -4,12 +4,20 @@
 #ifndef QUILLON_TRAVERSE_TRAVERSE_HPP
 #define QUILLON_TRAVERSE_TRAVERSE_HPP
 
-#include "quillon.h"
+#include "../core/core.hpp"
 
 #include <cstddef>
 #include <cstdint>
 
 namespace quillon {
+
+// A whole number of seconds reduced by a full circle as an integer remainder
+// reduces it: the sign of the dividend is kept, and a whole number of turns
+// leaves 0, never -0 (adding +0 changes no other value).
+inline double integer_circle_remainder(double whole)
+{
+    return circle_remainder(whole) + 0.0;
+}
 
 // One entry of the work array: a station's observed angle and index, and
 // its corrected angle.

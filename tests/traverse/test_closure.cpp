@@ -178,6 +178,8 @@ TEST(TraverseClosure, ConnectingAnglesInWholeSeconds)
         {0.0, 0.0, 1296010.0, 648010.0},       // the remainder keeps the sign: -10
         {0.0, 2592000.0 + 5.0, 0.0, 647995.0}, // reduced by a full circle
         {1296000.0, 648000.0, 0.0, 0.0},       // a whole turn folds to 0
+        {-1944000.0, 0.0, 0.0, 0.0},           // and so does a negative one, to +0
+        {-648000.5, 0.0, 0.0, 0.0},            // -0.5 cut to 0, not -0
     };
     for (const Case& c : cases) {
         std::vector<TraverseLeg> legs = {leg(1.0, 0.0, c.first_fore, 77.0),

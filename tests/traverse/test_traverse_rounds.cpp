@@ -354,6 +354,27 @@ TEST(TraverseRounds, DistributionRules)
     }
 }
 
+TEST(TraverseRounds, IncrementRuleWeighsSignedIncrements)
+{
+    // North 100 m, then back south 50 m; the end is found 0.03 m further
+    // north. Corrections +0.02 and -0.01 leave 0.02 m of the misclosure.
+    const SurveyPoint a = {0.0, 0.0, 0.0};
+    const SurveyPoint b = {-100.0, 0.0, 0.0};
+    const std::vector<Leg> legs = {{648000.0, 100.0, 0.0}, {1296000.0, 50.0, 0.0}, {0.0, 0.0, 0.0}};
+    const SurveyPoint p1 = polar(a, 0.0, 100.0, 0.0);
+    SurveyPoint e = polar(p1, 648000.0, 50.0, 0.0);
+    e.X = e.X + 0.03;
+    TraverseControl c = control(3, a, b, e, {});
+    c.DistributionRule = 1;
+    std::vector<TraverseStation> s = stations(legs, a);
+    TraverseResult result = qtest::sentinel_filled<TraverseResult>();
+    ASSERT_EQ(LIB_TRSMultCycleCal(s.data(), 3, &c, &result), 0);
+    EXPECT_NEAR(result.Fx, -0.03, 1e-12);
+    EXPECT_NEAR(s[0].CorrX, 0.02, 1e-12);
+    EXPECT_NEAR(s[1].CorrX, -0.01, 1e-12);
+    EXPECT_NEAR(s[1].LegEnd.X, e.X - 0.02, 1e-12);
+}
+
 TEST(TraverseRounds, RulesThatWriteNothing)
 {
     Connecting t;
