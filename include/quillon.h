@@ -254,7 +254,7 @@ typedef struct TangentPoint {
 
 /** One leg of a traverse, in traverse order. */
 typedef struct TraverseLeg {
-    double HorizDist;     /**< horizontal length of the leg, m; the weight of every distribution */
+    double HorizDist;     /**< horizontal length, m; the weight of every distribution */
     double HeightDiff;    /**< observed height difference of the leg, m */
     double DeltaX;        /**< coordinate increment in X, m (corrected by step 2) */
     double DeltaY;        /**< coordinate increment in Y, m (corrected by step 2) */
@@ -271,16 +271,16 @@ typedef struct TraverseLeg {
  *  point as Start and End. */
 typedef struct TraverseKnownPoints {
     SurveyPoint Start;      /**< starting known point */
-    SurveyPoint ClosingRef; /**< closing orientation point: the closing azimuth runs from it to End */
+    SurveyPoint ClosingRef; /**< closing orientation point (azimuth ClosingRef -> End) */
     SurveyPoint End;        /**< closing known point */
 } TraverseKnownPoints;
 
 /** Closure of a traverse, kept by the caller across the steps of
  *  LIB_TRSCalCoorErr (steps 2 and 3 read what step 0 wrote). */
 typedef struct TraverseClosure {
-    double Fx;                 /**< misclosure in X: summed X increments minus (End.X - Start.X), m */
+    double Fx;                 /**< misclosure in X: summed increments - (End.X - Start.X), m */
     double Fy;                 /**< misclosure in Y, m */
-    double Fh;                 /**< height misclosure: summed height differences minus (End.H - Start.H), m */
+    double Fh;                 /**< height misclosure: sum of HeightDiff - (End.H - Start.H), m */
     double SumDist;            /**< sum of the leg lengths, m */
     double SumHeightDiff;      /**< sum of the leg height differences, m */
     double Misclosure;         /**< linear misclosure sqrt(Fy^2 + Fx^2), m, in single precision */
@@ -361,43 +361,43 @@ typedef struct RoundObservation {
  *  leading 36 doubles are those of a TraverseStation: target 1 is the
  *  forward station, target 2 the backward one. */
 typedef struct StaMultiResult {
-    double MeanHz1;          /**< out: mean direction to target 1, arc-seconds */
-    double MeanV1;           /**< out: mean zenith angle to target 1, arc-seconds */
-    double MeanSlope1;       /**< out: mean slope distance to target 1, m */
-    double HorizDist1;       /**< out: horizontal distance to target 1, m */
-    double VertDiff1;        /**< out: vertical difference to target 1, m */
-    SurveyPoint Point1;      /**< out: coordinates of target 1, m (H: station H + VertDiff1) */
-    double HeightDiff1;      /**< out: mark-to-mark height difference to target 1, m */
-    double MeanHz2;          /**< out: mean direction to target 2, arc-seconds (two targets) */
-    double MeanV2;           /**< out: mean zenith angle to target 2, arc-seconds (two targets) */
-    double MeanSlope2;       /**< out: mean slope distance to target 2, m (two targets) */
-    double HorizDist2;       /**< out: horizontal distance to target 2, m (two targets) */
-    double VertDiff2;        /**< out: vertical difference to target 2, m (two targets) */
-    SurveyPoint Point2;      /**< out: coordinates of target 2, m (two targets) */
-    double HeightDiff2;      /**< out: mark-to-mark height difference to target 2, m (two targets) */
-    double Angle12;          /**< out: MeanHz1 - MeanHz2, + 1296000 when negative, arc-seconds
-                                  (two targets) */
-    double MeanHz2Copy;      /**< out: MeanHz2 again, arc-seconds (two targets) */
-    double MeanHz1Copy;      /**< out: MeanHz1 again, arc-seconds */
-    double Reserved[12];     /**< neither read nor written (the traverse results of a
-                                  TraverseStation) */
-    SurveyPoint StationPoint; /**< out: X, Y, H of the station record, m */
-    int32_t ErrorFlag;       /**< out: 0 passed or skipped; 1 index-error difference, 2 zenith
-                                  spread, 3 face I / face II angle difference, 4 2C difference,
-                                  5 direction spread (first failure kept); 6 no rounds */
-    int32_t Reserved2;       /**< neither read nor written */
-    double TolIndexDiff;     /**< in: tolerance of the index-error difference, arc-seconds */
-    double TolZenithRange;   /**< in: tolerance of the zenith spread, arc-seconds */
-    double TolFaceAngleDiff; /**< in: tolerance of the face I / face II angle difference,
-                                  arc-seconds */
-    double Tol2CDiff;        /**< in: tolerance of the 2C difference, arc-seconds */
-    double TolDirectionRange; /**< in: tolerance of the direction spread, arc-seconds */
-    int32_t SkipChecks;      /**< in: 0 runs the tolerance tests, other values skip them */
-    int32_t Reserved3;       /**< neither read nor written */
-    int32_t ObsMode;         /**< in: 0 one target, both faces; 1 two targets, face I only;
-                                  2 and 3 two targets, both faces */
+    double MeanHz1;      /**< out: mean direction to target 1, arc-seconds */
+    double MeanV1;       /**< out: mean zenith angle to target 1, arc-seconds */
+    double MeanSlope1;   /**< out: mean slope distance to target 1, m */
+    double HorizDist1;   /**< out: horizontal distance to target 1, m */
+    double VertDiff1;    /**< out: vertical difference to target 1, m */
+    SurveyPoint Point1;  /**< out: coordinates of target 1, m (H: station H + VertDiff1) */
+    double HeightDiff1;  /**< out: mark-to-mark height difference to target 1, m */
+    double MeanHz2;      /**< out: mean direction to target 2, arc-seconds (two targets) */
+    double MeanV2;       /**< out: mean zenith angle to target 2, arc-seconds (two targets) */
+    double MeanSlope2;   /**< out: mean slope distance to target 2, m (two targets) */
+    double HorizDist2;   /**< out: horizontal distance to target 2, m (two targets) */
+    double VertDiff2;    /**< out: vertical difference to target 2, m (two targets) */
+    SurveyPoint Point2;  /**< out: coordinates of target 2, m (two targets) */
+    double HeightDiff2;  /**< out: mark-to-mark height difference to target 2, m (two targets) */
+    double Angle12;      /**< out: MeanHz1 - MeanHz2, + 1296000 when negative, arc-seconds
+                              (two targets) */
+    double MeanHz2Copy;  /**< out: MeanHz2 again, arc-seconds (two targets) */
+    double MeanHz1Copy;  /**< out: MeanHz1 again, arc-seconds */
+    double Reserved[12]; /**< neither read nor written (the traverse results of a
+                              TraverseStation) */
+    SurveyPoint StationPoint;     /**< out: X, Y, H of the station record, m */
+    int32_t ErrorFlag;            /**< out: 0 passed or skipped; 1 index-error difference, 2 zenith
+                                       spread, 3 face I / face II angle difference, 4 2C difference,
+                                       5 direction spread (first failure kept); 6 no rounds */
+    int32_t Reserved2;            /**< neither read nor written */
+    double TolIndexDiff;          /**< in: tolerance of the index-error difference, arc-seconds */
+    double TolZenithRange;        /**< in: tolerance of the zenith spread, arc-seconds */
+    double TolFaceAngleDiff;      /**< in: tolerance of the face I / face II angle difference,
+                                       arc-seconds */
+    double Tol2CDiff;             /**< in: tolerance of the 2C difference, arc-seconds */
+    double TolDirectionRange;     /**< in: tolerance of the direction spread, arc-seconds */
+    int32_t SkipChecks;           /**< in: 0 runs the tolerance tests, other values skip them */
+    int32_t Reserved3;            /**< neither read nor written */
+    int32_t ObsMode;              /**< in: 0 one target, both faces; 1 two targets, face I only;
+                                       2 and 3 two targets, both faces */
     const StationRecord* Station; /**< in: the station (reduction settings and X, Y, H) */
-    double Scale;            /**< in: scale passed to LIB_DistConvert */
+    double Scale;                 /**< in: scale passed to LIB_DistConvert */
 } StaMultiResult;
 
 /** Reduces rounds of face I / face II pointings at a station: face means
@@ -423,34 +423,34 @@ QUILLON_API ResultCode LIB_STAMultCycleCal(const RoundObservation* rounds, uint3
 /** One station of a multi-round traverse: its first 20 doubles are those
  *  of the station's StaMultiResult (target 1 forward, target 2 backward). */
 typedef struct TraverseStation {
-    double MeanHz1;          /**< mean direction to the forward station, arc-seconds */
-    double MeanV1;           /**< mean zenith angle to the forward station, arc-seconds */
-    double MeanSlope1;       /**< mean slope distance to the forward station, m */
-    double HorizDist1;       /**< in: horizontal distance to the next station (leg length), m */
-    double VertDiff1;        /**< in: vertical difference to the next station, m */
-    SurveyPoint Point1;      /**< forward station as observed, m */
-    double HeightDiff1;      /**< mark-to-mark height difference to the forward station, m */
-    double MeanHz2;          /**< mean direction to the backward station, arc-seconds */
-    double MeanV2;           /**< mean zenith angle to the backward station, arc-seconds */
-    double MeanSlope2;       /**< mean slope distance to the backward station, m */
-    double HorizDist2;       /**< horizontal distance to the backward station, m */
-    double VertDiff2;        /**< vertical difference to the backward station, m */
-    SurveyPoint Point2;      /**< backward station as observed, m */
-    double HeightDiff2;      /**< mark-to-mark height difference to the backward station, m */
-    double Angle12;          /**< in: station angle, forward minus backward direction,
-                                  arc-seconds */
-    double MeanHz2Copy;      /**< second copy of MeanHz2, arc-seconds */
-    double Azimuth;          /**< out: azimuth of the leg leaving this station, arc-seconds */
-    double DeltaX;           /**< out: increment in X, m */
-    double DeltaY;           /**< out: increment in Y, m */
-    double DeltaH;           /**< out: height increment (VertDiff1), m */
-    double CorrX;            /**< out: correction of DeltaX, m */
-    double CorrY;            /**< out: correction of DeltaY, m */
-    double CorrH;            /**< out: correction of DeltaH, m */
-    double AdjDeltaX;        /**< out: adjusted increment in X, m */
-    double AdjDeltaY;        /**< out: adjusted increment in Y, m */
-    double AdjDeltaH;        /**< out: adjusted height increment, m */
-    SurveyPoint LegEnd;      /**< out: coordinates at the end of this station's leg, m */
+    double MeanHz1;           /**< mean direction to the forward station, arc-seconds */
+    double MeanV1;            /**< mean zenith angle to the forward station, arc-seconds */
+    double MeanSlope1;        /**< mean slope distance to the forward station, m */
+    double HorizDist1;        /**< in: horizontal distance to the next station (leg length), m */
+    double VertDiff1;         /**< in: vertical difference to the next station, m */
+    SurveyPoint Point1;       /**< forward station as observed, m */
+    double HeightDiff1;       /**< mark-to-mark height difference to the forward station, m */
+    double MeanHz2;           /**< mean direction to the backward station, arc-seconds */
+    double MeanV2;            /**< mean zenith angle to the backward station, arc-seconds */
+    double MeanSlope2;        /**< mean slope distance to the backward station, m */
+    double HorizDist2;        /**< horizontal distance to the backward station, m */
+    double VertDiff2;         /**< vertical difference to the backward station, m */
+    SurveyPoint Point2;       /**< backward station as observed, m */
+    double HeightDiff2;       /**< mark-to-mark height difference to the backward station, m */
+    double Angle12;           /**< in: station angle, forward minus backward direction,
+                                   arc-seconds */
+    double MeanHz2Copy;       /**< second copy of MeanHz2, arc-seconds */
+    double Azimuth;           /**< out: azimuth of the leg leaving this station, arc-seconds */
+    double DeltaX;            /**< out: increment in X, m */
+    double DeltaY;            /**< out: increment in Y, m */
+    double DeltaH;            /**< out: height increment (VertDiff1), m */
+    double CorrX;             /**< out: correction of DeltaX, m */
+    double CorrY;             /**< out: correction of DeltaY, m */
+    double CorrH;             /**< out: correction of DeltaH, m */
+    double AdjDeltaX;         /**< out: adjusted increment in X, m */
+    double AdjDeltaY;         /**< out: adjusted increment in Y, m */
+    double AdjDeltaH;         /**< out: adjusted height increment, m */
+    SurveyPoint LegEnd;       /**< out: coordinates at the end of this station's leg, m */
     SurveyPoint StationPoint; /**< in, first station only: the starting coordinates, m */
 } TraverseStation;
 
