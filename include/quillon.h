@@ -713,7 +713,258 @@ QUILLON_API ResultCode LIB_CalWay_Pile(const double* chainages, unsigned char m,
 /* @@road-v@@ */
 
 /* ==== traverse and multi-round observation ================================ */
-/* @@traverse@@ */
+/* ---- traverse closure and adjustment ------------------------------------ */
+
+/** One leg of a traverse, in traverse order. */
+typedef struct TraverseLeg {
+    double HorizDist;     /**< horizontal length, m; the weight of every distribution */
+    double HeightDiff;    /**< observed height difference of the leg, m */
+    double DeltaX;        /**< coordinate increment in X, m (corrected by step 2) */
+    double DeltaY;        /**< coordinate increment in Y, m (corrected by step 2) */
+    double DeltaH;        /**< height increment, m (corrected by step 3) */
+    double ForeDirection; /**< forward direction (azimuth) of the leg, arc-seconds; in a
+                               connecting traverse the first leg's value is the starting
+                               azimuth (corrected by step 1) */
+    double BackDirection; /**< direction toward the previous station, arc-seconds */
+    double Spare1;        /**< neither read nor written */
+    double Spare2;        /**< neither read nor written */
+} TraverseLeg;
+
+/** Known points of a traverse (read only). A closed loop passes the same
+ *  point as Start and End. */
+typedef struct TraverseKnownPoints {
+    SurveyPoint Start;      /**< starting known point */
+    SurveyPoint ClosingRef; /**< closing orientation point (azimuth ClosingRef -> End) */
+    SurveyPoint End;        /**< closing known point */
+} TraverseKnownPoints;
+
+/** Closure of a traverse, kept by the caller across the steps of
+ *  LIB_TRSCalCoorErr (steps 2 and 3 read what step 0 wrote). */
+typedef struct TraverseClosure {
+    double Fx;                 /**< misclosure in X: summed increments - (End.X - Start.X), m */
+    double Fy;                 /**< misclosure in Y, m */
+    double Fh;                 /**< height misclosure: sum of HeightDiff - (End.H - Start.H), m */
+    double SumDist;            /**< sum of the leg lengths, m */
+    double SumHeightDiff;      /**< sum of the leg height differences, m */
+    double Misclosure;         /**< linear misclosure sqrt(Fy^2 + Fx^2), m, in single precision */
+    double Relative;           /**< Misclosure / SumDist (a fraction), in single precision */
+    double KnownEndAzimuth;    /**< known closing azimuth, arc-seconds (0 for a closed loop) */
+    double ComputedEndAzimuth; /**< azimuth carried to the end, arc-seconds (see the steps) */
+    double AngularMisclosure;  /**< angular misclosure, arc-seconds */
+} TraverseClosure;
+
+/** Misclosure of LIB_TRSAdjust, in single precision. */
+typedef struct AdjustClosure {
+    float Misclosure; /**< linear misclosure, m */
+    float Relative;   /**< misclosure / total length (a fraction) */
+} AdjustClosure;
+
+/** Closure of a traverse on a table of legs, in four steps called in turn
+ *  on the same closure record.
+ *  @param legs   n legs in traverse order; steps 1 to 3 correct them in place
+ *  @param n      number of legs, 1 to 255
+ *  @param known  known start, closing orientation point and end
+ *  @param step   0: plan and height closure (writes Fx, Fy, Fh, SumDist,
+ *                SumHeightDiff, Misclosure, Relative, ComputedEndAzimuth =
+ *                the last ForeDirection); 1: angular closure, written to
+ *                KnownEndAzimuth, ComputedEndAzimuth and AngularMisclosure,
+ *                and AngularMisclosure / n added (not subtracted) to every
+ *                ForeDirection; 2: DeltaX, DeltaY corrected in proportion to
+ *                the leg lengths; 3: DeltaH corrected likewise
+ *  @param mode   0: connecting traverse from a known start azimuth (the first
+ *                ForeDirection) to the known azimuth ClosingRef -> End, angles
+ *                back minus fore direction in whole seconds; 1: closed loop,
+ *                angles fore minus back direction against (n - 2) * 648000
+ *  @param result closure record: written by steps 0 and 1, read by 2 and 3
+ *  @return 0; 1 when n is 0 or, in step 1 of mode 0, when ClosingRef and
+ *          End coincide in plan (nothing written on 1). A mode other than 0
+ *          or 1, or a step above 3, returns 0 and writes nothing. */
+QUILLON_API ResultCode LIB_TRSCalCoorErr(TraverseLeg* legs, unsigned char n,
+                                         const TraverseKnownPoints* known, unsigned char step,
+                                         unsigned char mode, TraverseClosure* result);
+
+/** Plan misclosure of computed traverse points against a known point, and
+ *  the points corrected in proportion to each point's own weight.
+ *  @param dist    n weights (leg lengths), m
+ *  @param ref     two known points (X, Y read); mode 0 closes on ref[1],
+ *                 mode 1 on ref[0]
+ *  @param pts     n computed points in traverse order; the last is the
+ *                 computed end
+ *  @param n       number of points, 1 to 255
+ *  @param adj     n points onto whose X and Y the corrected coordinates are
+ *                 added (clear them first to receive the coordinates
+ *                 themselves); H is not touched
+ *  @param closure misclosure (m) and relative misclosure, single precision
+ *  @param mode    0 or 1, as above
+ *  @return 0 (closure and adj written); 1 when n is 0 or mode is neither 0
+ *          nor 1 (nothing written). */
+QUILLON_API ResultCode LIB_TRSAdjust(const double* dist, const SurveyPoint* ref,
+                                     const SurveyPoint* pts, unsigned char n, SurveyPoint* adj,
+                                     AdjustClosure* closure, unsigned char mode);
+
+/* ---- multi-round observation at a station -------------------------------- */
+
+/** One pointing. */
+typedef struct TargetReading {
+    double Hz;        /**< horizontal circle reading, arc-seconds */
+    double V;         /**< zenith reading, arc-seconds */
+    double SlopeDist; /**< slope distance, m */
+    double Spare[6];  /**< not read */
+} TargetReading;
+
+/** One round of pointings from a station to one or two targets. */
+typedef struct RoundObservation {
+    TargetReading Face1Target1; /**< face I to target 1 */
+    TargetReading Face1Target2; /**< face I to target 2 (not read with one target) */
+    TargetReading Face2Target1; /**< face II to target 1 (not read in face I only) */
+    TargetReading Face2Target2; /**< face II to target 2 (read with two targets, both faces) */
+} RoundObservation;
+
+/** Inputs and results of the multi-round reduction at one station. Its
+ *  leading 36 doubles are those of a TraverseStation: target 1 is the
+ *  forward station, target 2 the backward one. */
+typedef struct StaMultiResult {
+    double MeanHz1;      /**< out: mean direction to target 1, arc-seconds */
+    double MeanV1;       /**< out: mean zenith angle to target 1, arc-seconds */
+    double MeanSlope1;   /**< out: mean slope distance to target 1, m */
+    double HorizDist1;   /**< out: horizontal distance to target 1, m */
+    double VertDiff1;    /**< out: vertical difference to target 1, m */
+    SurveyPoint Point1;  /**< out: coordinates of target 1, m (H: station H + VertDiff1) */
+    double HeightDiff1;  /**< out: mark-to-mark height difference to target 1, m */
+    double MeanHz2;      /**< out: mean direction to target 2, arc-seconds (two targets) */
+    double MeanV2;       /**< out: mean zenith angle to target 2, arc-seconds (two targets) */
+    double MeanSlope2;   /**< out: mean slope distance to target 2, m (two targets) */
+    double HorizDist2;   /**< out: horizontal distance to target 2, m (two targets) */
+    double VertDiff2;    /**< out: vertical difference to target 2, m (two targets) */
+    SurveyPoint Point2;  /**< out: coordinates of target 2, m (two targets) */
+    double HeightDiff2;  /**< out: mark-to-mark height difference to target 2, m (two targets) */
+    double Angle12;      /**< out: MeanHz1 - MeanHz2, + 1296000 when negative, arc-seconds
+                              (two targets) */
+    double MeanHz2Copy;  /**< out: MeanHz2 again, arc-seconds (two targets) */
+    double MeanHz1Copy;  /**< out: MeanHz1 again, arc-seconds */
+    double Reserved[12]; /**< neither read nor written (the traverse results of a
+                              TraverseStation) */
+    SurveyPoint StationPoint;     /**< out: X, Y, H of the station record, m */
+    int32_t ErrorFlag;            /**< out: 0 passed or skipped; 1 index-error difference, 2 zenith
+                                       spread, 3 face I / face II angle difference, 4 2C difference,
+                                       5 direction spread (first failure kept); 6 no rounds */
+    int32_t Reserved2;            /**< neither read nor written */
+    double TolIndexDiff;          /**< in: tolerance of the index-error difference, arc-seconds */
+    double TolZenithRange;        /**< in: tolerance of the zenith spread, arc-seconds */
+    double TolFaceAngleDiff;      /**< in: tolerance of the face I / face II angle difference,
+                                       arc-seconds */
+    double Tol2CDiff;             /**< in: tolerance of the 2C difference, arc-seconds */
+    double TolDirectionRange;     /**< in: tolerance of the direction spread, arc-seconds */
+    int32_t SkipChecks;           /**< in: 0 runs the tolerance tests, other values skip them */
+    int32_t Reserved3;            /**< neither read nor written */
+    int32_t ObsMode;              /**< in: 0 one target, both faces; 1 two targets, face I only;
+                                       2 and 3 two targets, both faces */
+    const StationRecord* Station; /**< in: the station (reduction settings and X, Y, H) */
+    double Scale;                 /**< in: scale passed to LIB_DistConvert */
+} StaMultiResult;
+
+/** Reduces rounds of face I / face II pointings at a station: face means
+ *  per round, means over the rounds, the field tolerance tests, reduced
+ *  distances (LIB_DistConvert with the record's Station and Scale) and the
+ *  targets' coordinates (LIB_CalCoor from the station with the mean
+ *  direction as azimuth and the vertical difference).
+ *  @param rounds   n rounds
+ *  @param n        number of rounds
+ *  @param result   inputs (tolerances, SkipChecks, ObsMode, Station, Scale)
+ *                  and outputs; ErrorFlag is set to 0 first
+ *  @return 0; 1 when a tolerance test failed (ErrorFlag holds the first
+ *          failure; every output is still written) or when n is 0
+ *          (ErrorFlag 6, nothing else written). An ObsMode outside 0 to 3
+ *          returns 0 with ErrorFlag 0 and nothing else written. With one
+ *          target (mode 0) the target-2 fields, Angle12 and MeanHz2Copy are
+ *          not written. A target point out of range is written as zeros. */
+QUILLON_API ResultCode LIB_STAMultCycleCal(const RoundObservation* rounds, uint32_t n,
+                                           StaMultiResult* result);
+
+/* ---- multi-round traverse ------------------------------------------------ */
+
+/** One station of a multi-round traverse: its first 20 doubles are those
+ *  of the station's StaMultiResult (target 1 forward, target 2 backward). */
+typedef struct TraverseStation {
+    double MeanHz1;           /**< mean direction to the forward station, arc-seconds */
+    double MeanV1;            /**< mean zenith angle to the forward station, arc-seconds */
+    double MeanSlope1;        /**< mean slope distance to the forward station, m */
+    double HorizDist1;        /**< in: horizontal distance to the next station (leg length), m */
+    double VertDiff1;         /**< in: vertical difference to the next station, m */
+    SurveyPoint Point1;       /**< forward station as observed, m */
+    double HeightDiff1;       /**< mark-to-mark height difference to the forward station, m */
+    double MeanHz2;           /**< mean direction to the backward station, arc-seconds */
+    double MeanV2;            /**< mean zenith angle to the backward station, arc-seconds */
+    double MeanSlope2;        /**< mean slope distance to the backward station, m */
+    double HorizDist2;        /**< horizontal distance to the backward station, m */
+    double VertDiff2;         /**< vertical difference to the backward station, m */
+    SurveyPoint Point2;       /**< backward station as observed, m */
+    double HeightDiff2;       /**< mark-to-mark height difference to the backward station, m */
+    double Angle12;           /**< in: station angle, forward minus backward direction,
+                                   arc-seconds */
+    double MeanHz2Copy;       /**< second copy of MeanHz2, arc-seconds */
+    double Azimuth;           /**< out: azimuth of the leg leaving this station, arc-seconds */
+    double DeltaX;            /**< out: increment in X, m */
+    double DeltaY;            /**< out: increment in Y, m */
+    double DeltaH;            /**< out: height increment (VertDiff1), m */
+    double CorrX;             /**< out: correction of DeltaX, m */
+    double CorrY;             /**< out: correction of DeltaY, m */
+    double CorrH;             /**< out: correction of DeltaH, m */
+    double AdjDeltaX;         /**< out: adjusted increment in X, m */
+    double AdjDeltaY;         /**< out: adjusted increment in Y, m */
+    double AdjDeltaH;         /**< out: adjusted height increment, m */
+    SurveyPoint LegEnd;       /**< out: coordinates at the end of this station's leg, m */
+    SurveyPoint StationPoint; /**< in, first station only: the starting coordinates, m */
+} TraverseStation;
+
+/** Settings and known points of a multi-round traverse (read only). */
+typedef struct TraverseControl {
+    int32_t DistributionRule; /**< 0: plan misclosure by leg length; 1: by increment; other:
+                                   no plan or height correction */
+    int32_t HeightRule;       /**< 0: -fh / (number of stations) per leg; 1: adjusted height
+                                   increments 0; other: none */
+    int32_t TraverseType;     /**< 0 loop back to A, re-oriented on B; 1 closed polygon closing
+                                   on B; 2 A to E oriented on B and G; 3 A to E oriented on B
+                                   only; 4 open */
+    int32_t Reserved;         /**< not read */
+    SurveyPoint A;            /**< starting station, m */
+    SurveyPoint B;            /**< orientation point of A, m */
+    SurveyPoint E;            /**< end station, m */
+    SurveyPoint G;            /**< orientation point of E, m */
+} TraverseControl;
+
+/** Misclosures of a multi-round traverse. Bit i of ValidMask is set when
+ *  the (i+1)-th double was written. */
+typedef struct TraverseResult {
+    double SumDist;           /**< total leg length, m (all types) */
+    double StationCount;      /**< number of stations (all types) */
+    double LinearMisclosure;  /**< fs = sqrt(fy^2 + fx^2), m (types 0 to 3) */
+    double HeightMisclosure;  /**< fh, m (types 0 to 2) */
+    double AngularMisclosure; /**< f, arc-seconds (types 0 to 2) */
+    double Fx;                /**< misclosure in X, m (types 0 to 3) */
+    double Fy;                /**< misclosure in Y, m (types 0 to 3) */
+    double HeightMisclosure2; /**< fh again, m (types 0 to 3) */
+    double HeightRatio;       /**< fh / SumDist (types 0 to 3) */
+    double Relative;          /**< relative misclosure K = fs / SumDist (types 0 to 3) */
+    int32_t ValidMask;        /**< 1023 for types 0 to 2, 999 for type 3, 3 for type 4 */
+} TraverseResult;
+
+/** Computes and adjusts a traverse whose stations were reduced by
+ *  LIB_STAMultCycleCal: angular closure and its distribution (types 0 to
+ *  2), leg azimuths from the azimuth B -> A, increments, plan and height
+ *  closure on the end point (types 0 to 3), distribution of the
+ *  misclosures and the coordinates of every station, accumulated from the
+ *  first station's StationPoint.
+ *  @param stations n stations in traverse order (n - 1 legs)
+ *  @param n        number of stations, at least 2
+ *  @param control  rules, traverse type and known points
+ *  @param result   misclosures, written per ValidMask
+ *  @return 0; 1 when n < 2 or the work array cannot be allocated (nothing
+ *          written), or when the total leg length is 0 in types 0 to 3
+ *          (Azimuth and the increments written, nothing else). A traverse
+ *          type outside 0 to 4 returns 0 and writes nothing. */
+QUILLON_API ResultCode LIB_TRSMultCycleCal(TraverseStation* stations, uint32_t n,
+                                           const TraverseControl* control, TraverseResult* result);
 
 #ifdef __cplusplus
 } /* extern "C" */
@@ -892,6 +1143,134 @@ QUILLON_LAYOUT(CrossLengths, ExitTangent, 8);
 QUILLON_LAYOUT(CrossLengths, ArcLength, 16);
 QUILLON_LAYOUT(CrossLengths, CurveLength, 24);
 /* @@layout-road-v@@ */
-/* @@layout-traverse@@ */
+QUILLON_SIZE(TraverseLeg, 72);
+QUILLON_LAYOUT(TraverseLeg, HorizDist, 0);
+QUILLON_LAYOUT(TraverseLeg, HeightDiff, 8);
+QUILLON_LAYOUT(TraverseLeg, DeltaX, 16);
+QUILLON_LAYOUT(TraverseLeg, DeltaY, 24);
+QUILLON_LAYOUT(TraverseLeg, DeltaH, 32);
+QUILLON_LAYOUT(TraverseLeg, ForeDirection, 40);
+QUILLON_LAYOUT(TraverseLeg, BackDirection, 48);
+QUILLON_LAYOUT(TraverseLeg, Spare1, 56);
+QUILLON_LAYOUT(TraverseLeg, Spare2, 64);
+
+QUILLON_SIZE(TraverseKnownPoints, 72);
+QUILLON_LAYOUT(TraverseKnownPoints, Start, 0);
+QUILLON_LAYOUT(TraverseKnownPoints, ClosingRef, 24);
+QUILLON_LAYOUT(TraverseKnownPoints, End, 48);
+
+QUILLON_SIZE(TraverseClosure, 80);
+QUILLON_LAYOUT(TraverseClosure, Fx, 0);
+QUILLON_LAYOUT(TraverseClosure, Fy, 8);
+QUILLON_LAYOUT(TraverseClosure, Fh, 16);
+QUILLON_LAYOUT(TraverseClosure, SumDist, 24);
+QUILLON_LAYOUT(TraverseClosure, SumHeightDiff, 32);
+QUILLON_LAYOUT(TraverseClosure, Misclosure, 40);
+QUILLON_LAYOUT(TraverseClosure, Relative, 48);
+QUILLON_LAYOUT(TraverseClosure, KnownEndAzimuth, 56);
+QUILLON_LAYOUT(TraverseClosure, ComputedEndAzimuth, 64);
+QUILLON_LAYOUT(TraverseClosure, AngularMisclosure, 72);
+
+QUILLON_SIZE(AdjustClosure, 8);
+QUILLON_LAYOUT(AdjustClosure, Misclosure, 0);
+QUILLON_LAYOUT(AdjustClosure, Relative, 4);
+
+QUILLON_SIZE(TargetReading, 72);
+QUILLON_LAYOUT(TargetReading, Hz, 0);
+QUILLON_LAYOUT(TargetReading, V, 8);
+QUILLON_LAYOUT(TargetReading, SlopeDist, 16);
+QUILLON_LAYOUT(TargetReading, Spare, 24);
+
+QUILLON_SIZE(RoundObservation, 288);
+QUILLON_LAYOUT(RoundObservation, Face1Target1, 0);
+QUILLON_LAYOUT(RoundObservation, Face1Target2, 72);
+QUILLON_LAYOUT(RoundObservation, Face2Target1, 144);
+QUILLON_LAYOUT(RoundObservation, Face2Target2, 216);
+
+/* The station pointer follows ObsMode at its own alignment: at 348 on 32-bit
+ * targets, at 352 (after 4 bytes of padding) on 64-bit ones. */
+#define QUILLON_STA_STATION_AT ((348 + sizeof(void*) - 1) / sizeof(void*) * sizeof(void*))
+#define QUILLON_STA_SCALE_AT ((QUILLON_STA_STATION_AT + sizeof(void*) + 7) / 8 * 8)
+QUILLON_SIZE(StaMultiResult, QUILLON_STA_SCALE_AT + 8);
+QUILLON_LAYOUT(StaMultiResult, MeanHz1, 0);
+QUILLON_LAYOUT(StaMultiResult, MeanV1, 8);
+QUILLON_LAYOUT(StaMultiResult, MeanSlope1, 16);
+QUILLON_LAYOUT(StaMultiResult, HorizDist1, 24);
+QUILLON_LAYOUT(StaMultiResult, VertDiff1, 32);
+QUILLON_LAYOUT(StaMultiResult, Point1, 40);
+QUILLON_LAYOUT(StaMultiResult, HeightDiff1, 64);
+QUILLON_LAYOUT(StaMultiResult, MeanHz2, 72);
+QUILLON_LAYOUT(StaMultiResult, MeanV2, 80);
+QUILLON_LAYOUT(StaMultiResult, MeanSlope2, 88);
+QUILLON_LAYOUT(StaMultiResult, HorizDist2, 96);
+QUILLON_LAYOUT(StaMultiResult, VertDiff2, 104);
+QUILLON_LAYOUT(StaMultiResult, Point2, 112);
+QUILLON_LAYOUT(StaMultiResult, HeightDiff2, 136);
+QUILLON_LAYOUT(StaMultiResult, Angle12, 144);
+QUILLON_LAYOUT(StaMultiResult, MeanHz2Copy, 152);
+QUILLON_LAYOUT(StaMultiResult, MeanHz1Copy, 160);
+QUILLON_LAYOUT(StaMultiResult, Reserved, 168);
+QUILLON_LAYOUT(StaMultiResult, StationPoint, 264);
+QUILLON_LAYOUT(StaMultiResult, ErrorFlag, 288);
+QUILLON_LAYOUT(StaMultiResult, Reserved2, 292);
+QUILLON_LAYOUT(StaMultiResult, TolIndexDiff, 296);
+QUILLON_LAYOUT(StaMultiResult, TolZenithRange, 304);
+QUILLON_LAYOUT(StaMultiResult, TolFaceAngleDiff, 312);
+QUILLON_LAYOUT(StaMultiResult, Tol2CDiff, 320);
+QUILLON_LAYOUT(StaMultiResult, TolDirectionRange, 328);
+QUILLON_LAYOUT(StaMultiResult, SkipChecks, 336);
+QUILLON_LAYOUT(StaMultiResult, Reserved3, 340);
+QUILLON_LAYOUT(StaMultiResult, ObsMode, 344);
+QUILLON_LAYOUT(StaMultiResult, Station, QUILLON_STA_STATION_AT);
+QUILLON_LAYOUT(StaMultiResult, Scale, QUILLON_STA_SCALE_AT);
+#undef QUILLON_STA_STATION_AT
+#undef QUILLON_STA_SCALE_AT
+
+QUILLON_SIZE(TraverseStation, 288);
+QUILLON_LAYOUT(TraverseStation, MeanHz1, 0);
+QUILLON_LAYOUT(TraverseStation, HorizDist1, 24);
+QUILLON_LAYOUT(TraverseStation, VertDiff1, 32);
+QUILLON_LAYOUT(TraverseStation, Point1, 40);
+QUILLON_LAYOUT(TraverseStation, HeightDiff1, 64);
+QUILLON_LAYOUT(TraverseStation, MeanHz2, 72);
+QUILLON_LAYOUT(TraverseStation, Point2, 112);
+QUILLON_LAYOUT(TraverseStation, HeightDiff2, 136);
+QUILLON_LAYOUT(TraverseStation, Angle12, 144);
+QUILLON_LAYOUT(TraverseStation, MeanHz2Copy, 152);
+QUILLON_LAYOUT(TraverseStation, Azimuth, 160);
+QUILLON_LAYOUT(TraverseStation, DeltaX, 168);
+QUILLON_LAYOUT(TraverseStation, DeltaY, 176);
+QUILLON_LAYOUT(TraverseStation, DeltaH, 184);
+QUILLON_LAYOUT(TraverseStation, CorrX, 192);
+QUILLON_LAYOUT(TraverseStation, CorrY, 200);
+QUILLON_LAYOUT(TraverseStation, CorrH, 208);
+QUILLON_LAYOUT(TraverseStation, AdjDeltaX, 216);
+QUILLON_LAYOUT(TraverseStation, AdjDeltaY, 224);
+QUILLON_LAYOUT(TraverseStation, AdjDeltaH, 232);
+QUILLON_LAYOUT(TraverseStation, LegEnd, 240);
+QUILLON_LAYOUT(TraverseStation, StationPoint, 264);
+
+QUILLON_SIZE(TraverseControl, 112);
+QUILLON_LAYOUT(TraverseControl, DistributionRule, 0);
+QUILLON_LAYOUT(TraverseControl, HeightRule, 4);
+QUILLON_LAYOUT(TraverseControl, TraverseType, 8);
+QUILLON_LAYOUT(TraverseControl, Reserved, 12);
+QUILLON_LAYOUT(TraverseControl, A, 16);
+QUILLON_LAYOUT(TraverseControl, B, 40);
+QUILLON_LAYOUT(TraverseControl, E, 64);
+QUILLON_LAYOUT(TraverseControl, G, 88);
+
+QUILLON_SIZE(TraverseResult, 88);
+QUILLON_LAYOUT(TraverseResult, SumDist, 0);
+QUILLON_LAYOUT(TraverseResult, StationCount, 8);
+QUILLON_LAYOUT(TraverseResult, LinearMisclosure, 16);
+QUILLON_LAYOUT(TraverseResult, HeightMisclosure, 24);
+QUILLON_LAYOUT(TraverseResult, AngularMisclosure, 32);
+QUILLON_LAYOUT(TraverseResult, Fx, 40);
+QUILLON_LAYOUT(TraverseResult, Fy, 48);
+QUILLON_LAYOUT(TraverseResult, HeightMisclosure2, 56);
+QUILLON_LAYOUT(TraverseResult, HeightRatio, 64);
+QUILLON_LAYOUT(TraverseResult, Relative, 72);
+QUILLON_LAYOUT(TraverseResult, ValidMask, 80);
 
 #endif /* QUILLON_H */

@@ -1,0 +1,328 @@
+// Reduction of face I / face II direction sets observed in several rounds
+// from one station to one or two targets, with the field tolerance tests.
+#include "../core/core.hpp"
+
+using namespace quillon;
+
+namespace {
+
+// Observation programmes; 2 and 3 (two targets, both faces) are alike.
+constexpr std::int32_t ONE_TARGET = 0;
+constexpr std::int32_t FACE_I_ONLY = 1;
+constexpr std::int32_t LAST_MODE = 3;
+
+// Tolerance flags, in the order the tests run.
+constexpr std::int32_t FLAG_INDEX_DIFF = 1;
+constexpr std::int32_t FLAG_ZENITH_RANGE = 2;
+constexpr std::int32_t FLAG_FACE_ANGLE_DIFF = 3;
+constexpr std::int32_t FLAG_2C_DIFF = 4;
+constexpr std::int32_t FLAG_DIRECTION_RANGE = 5;
+constexpr std::int32_t FLAG_NO_ROUNDS = 6;
+
+// Face I and face II pointings of one target in one round.
+struct Pointings {
+    const TargetReading& face1;
+    const TargetReading& face2;
+};
+
+// Mean of the two faces' directions; the face II reading is turned back by
+// a half circle, and a full circle is added when that turns it negative.
+double face_mean_direction(const Pointings& p)
+{
+    const double t = p.face2.Hz - HALF_CIRCLE;
+    if (t < 0.0) {
+        return ((p.face1.Hz + t) + FULL_CIRCLE) * 0.5;
+    }
+    return (p.face1.Hz + t) * 0.5;
+}
+
+double face_mean_zenith(const Pointings& p)
+{
+    return ((FULL_CIRCLE - p.face2.V) + p.face1.V) * 0.5;
+}
+
+double face_mean_slope(const Pointings& p)
+{
+    return (p.face2.SlopeDist + p.face1.SlopeDist) * 0.5;
+}
+
+double index_error(const Pointings& p)
+{
+    return ((p.face1.V + p.face2.V) - FULL_CIRCLE) * 0.5;
+}
+
+// Twice the collimation error, not normalised.
+double double_collimation(const Pointings& p)
+{
+    if (p.face2.Hz < HALF_CIRCLE) {
+        return p.face1.Hz - (p.face2.Hz + HALF_CIRCLE);
+    }
+    return p.face1.Hz - (p.face2.Hz - HALF_CIRCLE);
+}
+
+// The face mean as the direction spread sees it: without the full circle
+// that the summed mean adds below 648000.
+double unwrapped_mean_direction(const Pointings& p)
+{
+    return ((p.face2.Hz - HALF_CIRCLE) + p.face1.Hz) * 0.5;
+}
+
+double angle_between(double first, double second)
+{
+    double angle = first - second;
+    if (angle < 0.0) {
+        angle = angle + FULL_CIRCLE;
+    }
+    return angle;
+}
+
+// Running maximum minus running minimum of a per-round value; the first
+// round sets both.
+class Spread {
+  public:
+    double after(double value, bool first_round)
+    {
+        if (first_round) {
+            highest_ = value;
+            lowest_ = value;
+        }
+        if (value > highest_) {
+            highest_ = value;
+        }
+        if (value < lowest_) {
+            lowest_ = value;
+        }
+        return highest_ - lowest_;
+    }
+
+  private:
+    double highest_ = 0.0;
+    double lowest_ = 0.0;
+};
+
+// A test fails only above its tolerance: equal passes.
+bool exceeds(double quantity, double tolerance)
+{
+    return std::fabs(quantity) > tolerance;
+}
+
+// Only the first failure is kept; computation goes on after it.
+void record_failure(std::int32_t* flag, bool failed, std::int32_t which)
+{
+    if (failed && *flag == 0) {
+        *flag = which;
+    }
+}
+
+struct Sums {
+    double direction = 0.0;
+    double zenith = 0.0;
+    double slope = 0.0;
+};
+
+void add_face_means(Sums* sums, const Pointings& p)
+{
+    sums->direction = sums->direction + face_mean_direction(p);
+    sums->zenith = sums->zenith + face_mean_zenith(p);
+    sums->slope = sums->slope + face_mean_slope(p);
+}
+
+void add_face_i(Sums* sums, const TargetReading& reading)
+{
+    sums->direction = sums->direction + reading.Hz;
+    sums->zenith = sums->zenith + reading.V;
+    sums->slope = sums->slope + reading.SlopeDist;
+}
+
+// Extremes kept across the rounds for the spread tests.
+struct Spreads {
+    Spread zenith1;
+    Spread zenith2;
+    Spread direction1;
+    Spread direction2;
+};
+
+// Both faces to two targets: the five tests in their order. Spreads are of
+// face means here, not of raw readings.
+void test_two_targets_both_faces(const StaMultiResult& tol, const Pointings& t1,
+                                 const Pointings& t2, bool first_round, Spreads* spreads,
+                                 std::int32_t* flag)
+{
+    const double index_difference = index_error(t1) - index_error(t2);
+    record_failure(flag, exceeds(index_difference, tol.TolIndexDiff), FLAG_INDEX_DIFF);
+
+    const double zenith_range1 = spreads->zenith1.after(face_mean_zenith(t1), first_round);
+    const double zenith_range2 = spreads->zenith2.after(face_mean_zenith(t2), first_round);
+    record_failure(flag,
+                   exceeds(zenith_range1, tol.TolZenithRange) ||
+                       exceeds(zenith_range2, tol.TolZenithRange),
+                   FLAG_ZENITH_RANGE);
+
+    const double angle_face1 = angle_between(t1.face1.Hz, t2.face1.Hz);
+    const double angle_face2 = angle_between(t1.face2.Hz, t2.face2.Hz);
+    record_failure(flag, exceeds(angle_face1 - angle_face2, tol.TolFaceAngleDiff),
+                   FLAG_FACE_ANGLE_DIFF);
+
+    const double collimation_difference = double_collimation(t1) - double_collimation(t2);
+    record_failure(flag, exceeds(collimation_difference, tol.Tol2CDiff), FLAG_2C_DIFF);
+
+    const double direction_range1 =
+        spreads->direction1.after(unwrapped_mean_direction(t1), first_round);
+    const double direction_range2 =
+        spreads->direction2.after(unwrapped_mean_direction(t2), first_round);
+    record_failure(flag,
+                   exceeds(direction_range1, tol.TolDirectionRange) ||
+                       exceeds(direction_range2, tol.TolDirectionRange),
+                   FLAG_DIRECTION_RANGE);
+}
+
+// One target, or face I only: spreads of the raw face I readings. Every
+// spread is carried on whether or not another one failed.
+void test_face_i_spreads(const StaMultiResult& tol, const TargetReading& target1,
+                         const TargetReading* target2, bool first_round, Spreads* spreads,
+                         std::int32_t* flag)
+{
+    const double zenith_range1 = spreads->zenith1.after(target1.V, first_round);
+    bool zenith_failed = exceeds(zenith_range1, tol.TolZenithRange);
+    if (target2 != nullptr) {
+        const double zenith_range2 = spreads->zenith2.after(target2->V, first_round);
+        zenith_failed = zenith_failed || exceeds(zenith_range2, tol.TolZenithRange);
+    }
+    record_failure(flag, zenith_failed, FLAG_ZENITH_RANGE);
+
+    const double direction_range1 = spreads->direction1.after(target1.Hz, first_round);
+    bool direction_failed = exceeds(direction_range1, tol.TolDirectionRange);
+    if (target2 != nullptr) {
+        const double direction_range2 = spreads->direction2.after(target2->Hz, first_round);
+        direction_failed = direction_failed || exceeds(direction_range2, tol.TolDirectionRange);
+    }
+    record_failure(flag, direction_failed, FLAG_DIRECTION_RANGE);
+}
+
+struct TargetResult {
+    double direction;
+    double zenith;
+    double slope;
+    DistanceRecord distances;
+    SurveyPoint point;
+};
+
+// Reduces the mean slope distance and places the target from the station,
+// the instrument taken as oriented; the point's height is the station's
+// plus the vertical difference, without instrument or target height.
+TargetResult reduce_target(const StaMultiResult& record, double direction, double zenith,
+                           double slope)
+{
+    TargetResult target = {direction, zenith, slope, {0.0, 0.0, 0.0, 0.0}, {0.0, 0.0, 0.0}};
+    LIB_DistConvert(record.Station, record.Scale, slope, zenith, &target.distances);
+    const SurveyPoint station = {record.Station->X, record.Station->Y, record.Station->H};
+    // A point out of range is left as zeros.
+    LIB_CalCoor(&station, direction, target.distances.HorizontalDistance,
+                target.distances.VerticalDifference, &target.point);
+    return target;
+}
+
+void write_target1(StaMultiResult* out, const TargetResult& t)
+{
+    out->MeanHz1 = t.direction;
+    out->MeanV1 = t.zenith;
+    out->MeanSlope1 = t.slope;
+    out->HorizDist1 = t.distances.HorizontalDistance;
+    out->VertDiff1 = t.distances.VerticalDifference;
+    out->Point1 = t.point;
+    out->HeightDiff1 = t.distances.HeightDifference;
+}
+
+void write_target2(StaMultiResult* out, const TargetResult& t)
+{
+    out->MeanHz2 = t.direction;
+    out->MeanV2 = t.zenith;
+    out->MeanSlope2 = t.slope;
+    out->HorizDist2 = t.distances.HorizontalDistance;
+    out->VertDiff2 = t.distances.VerticalDifference;
+    out->Point2 = t.point;
+    out->HeightDiff2 = t.distances.HeightDifference;
+}
+
+} // namespace
+
+ResultCode LIB_STAMultCycleCal(const RoundObservation* rounds, std::uint32_t n,
+                               StaMultiResult* result)
+{
+    result->ErrorFlag = 0;
+    if (n == 0) {
+        result->ErrorFlag = FLAG_NO_ROUNDS;
+        return DOMAIN;
+    }
+    const std::int32_t mode = result->ObsMode;
+    if (mode < ONE_TARGET || mode > LAST_MODE) {
+        return OK;
+    }
+    const bool run_tests = result->SkipChecks == 0;
+
+    Sums sums1;
+    Sums sums2;
+    Spreads spreads;
+    std::int32_t flag = 0;
+    for (std::uint32_t i = 0; i < n; ++i) {
+        const RoundObservation& round = rounds[i];
+        const bool first_round = i == 0;
+        if (mode == ONE_TARGET) {
+            const Pointings t1 = {round.Face1Target1, round.Face2Target1};
+            add_face_means(&sums1, t1);
+            if (run_tests) {
+                test_face_i_spreads(*result, round.Face1Target1, nullptr, first_round, &spreads,
+                                    &flag);
+            }
+        } else if (mode == FACE_I_ONLY) {
+            add_face_i(&sums1, round.Face1Target1);
+            add_face_i(&sums2, round.Face1Target2);
+            if (run_tests) {
+                test_face_i_spreads(*result, round.Face1Target1, &round.Face1Target2, first_round,
+                                    &spreads, &flag);
+            }
+        } else {
+            const Pointings t1 = {round.Face1Target1, round.Face2Target1};
+            const Pointings t2 = {round.Face1Target2, round.Face2Target2};
+            add_face_means(&sums1, t1);
+            add_face_means(&sums2, t2);
+            if (run_tests) {
+                test_two_targets_both_faces(*result, t1, t2, first_round, &spreads, &flag);
+            }
+        }
+    }
+
+    const double k = 1.0 / static_cast<double>(n);
+    double direction1 = k * sums1.direction;
+    double zenith1 = k * sums1.zenith;
+    const double slope1 = k * sums1.slope;
+    double direction2 = k * sums2.direction;
+    double zenith2 = k * sums2.zenith;
+    const double slope2 = k * sums2.slope;
+    // Face means are taken absolute; the raw face I means are not.
+    if (mode != FACE_I_ONLY) {
+        direction1 = std::fabs(direction1);
+        zenith1 = std::fabs(zenith1);
+        direction2 = std::fabs(direction2);
+        zenith2 = std::fabs(zenith2);
+    }
+
+    const TargetResult target1 = reduce_target(*result, direction1, zenith1, slope1);
+    write_target1(result, target1);
+    if (mode != ONE_TARGET) {
+        double angle12 = direction1 - direction2;
+        if (angle12 < 0.0) {
+            angle12 = angle12 + FULL_CIRCLE;
+        }
+        const TargetResult target2 = reduce_target(*result, direction2, zenith2, slope2);
+        write_target2(result, target2);
+        result->Angle12 = angle12;
+        result->MeanHz2Copy = direction2;
+    }
+    result->MeanHz1Copy = direction1;
+    result->StationPoint.X = result->Station->X;
+    result->StationPoint.Y = result->Station->Y;
+    result->StationPoint.H = result->Station->H;
+    result->ErrorFlag = flag;
+    return flag == 0 ? OK : DOMAIN;
+}
