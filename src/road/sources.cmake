@@ -1,1 +1,4 @@
 set(QUILLON_ROAD_SOURCES)
+list(APPEND QUILLON_ROAD_SOURCES
+    road/profile.cpp
+    road/cross_section.cpp)
