@@ -4,6 +4,7 @@
 #include "road_v.hpp"
 
 #include <cmath>
+#include <cstring>
 
 using namespace quillon;
 using namespace quillon::road;
@@ -152,7 +153,7 @@ ResultCode emit_curve(ProfileWalk& walk, const VElement& point, double grade_out
         return TABLE;
     }
     VElement& curve = walk.table[walk.k];
-    curve = point;
+    std::memcpy(&curve, &point, sizeof(VElement));
     curve.GradeIn = walk.grade;
     curve.GradeOut = grade_out;
     walk.k = walk.k + 1;
@@ -221,7 +222,7 @@ ResultCode LIB_CalWay_V_Ele_MainPoint(const VElement* elements, unsigned char co
         }
     }
     for (unsigned int i = 0; i + 1 < n; ++i) {
-        table[i] = elements[i];
+        std::memcpy(&table[i], &elements[i], sizeof(VElement));
     }
     for (unsigned int i = 0; i + 1 < n; ++i) {
         const ResultCode status = chain_element(table[i], table[i + 1]);

@@ -167,19 +167,14 @@ TEST(Sections, EdgePointChecksWhatTheOutputHolds)
     EXPECT_EQ(LIB_CalWay_H_Side(&centre, &widths, &edge, 2), 0);
     EXPECT_BITS(edge.X, 1.0);
 
-    // An edge beyond the coordinate range is written and refused.
-    const TangentPoint far{LIMIT, 0.0, 0.0};
-    const SectionRecord wide{0.0, 0.0, 10.0};
-    EXPECT_EQ(LIB_CalWay_H_Side(&far, &wide, &edge, 1), 2);
-    EXPECT_BITS(edge.Azimuth, 324000.0);
-    EXPECT_NEAR(edge.Y, 10.0, 1e-9);
-    const TangentPoint north{LIMIT - 10.0, 0.0, 324000.0};
-    EXPECT_EQ(LIB_CalWay_H_Side(&north, &wide, &edge, 0), 0);
-    EXPECT_EQ(LIB_CalWay_H_Side(&far, &wide, &edge, 0), 0);
-    const SectionRecord wide_left{0.0, 10.0, 0.0};
-    EXPECT_EQ(LIB_CalWay_H_Side(&north, &wide_left, &edge, 0), 0);
-    const TangentPoint beyond{LIMIT - 1.0, 0.0, 324000.0};
-    EXPECT_EQ(LIB_CalWay_H_Side(&beyond, &wide_left, &edge, 0), 2);
+    // Heading east from near the northern limit: a 0.5 m left edge stays in
+    // range, a 10 m one is written and refused.
+    const TangentPoint centre_north{LIMIT - 1.0, 0.0, 324000.0};
+    const SectionRecord narrow{0.0, 0.5, 0.0};
+    const SectionRecord wide{0.0, 10.0, 0.0};
+    EXPECT_EQ(LIB_CalWay_H_Side(&centre_north, &narrow, &edge, 0), 0);
+    EXPECT_EQ(LIB_CalWay_H_Side(&centre_north, &wide, &edge, 0), 2);
+    EXPECT_BITS(edge.Azimuth, 0.0);
     EXPECT_NEAR(edge.X, LIMIT + 9.0, 1e-6);
 }
 

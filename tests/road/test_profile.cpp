@@ -170,16 +170,9 @@ TEST(VerticalElements, BuilderFailures)
         {"grade out", with([](VElement& e) { e.GradeOut = -1.5; }), 2, 1},
         {"given 2", with([](VElement& e) { e.Given = 2; }), 2, 1},
         {"zero length", with([](VElement& e) { e.Length = 0.0; }), 2, 1},
-        {"zero radius", with([](VElement& e) {
-             e.Given = 0;
-             e.Radius = 0.0;
-         }),
-         2, 1},
-        {"radius over", with([](VElement& e) {
-             e.Given = 0;
-             e.Radius = 1e8;
-         }),
-         2, 1},
+        {"zero radius", start(element(1, 0, 0.0, 100.0, 0.0), 0.0, 50.0, 0.02), 2, 1},
+        {"radius over", start(element(1, 0, 1e8, 100.0, 0.0), 0.0, 50.0, 0.02), 2, 1},
+        {"later element", good, 3, 1},
     };
     for (const Case& c : cases) {
         VElement list[81];
@@ -187,6 +180,7 @@ TEST(VerticalElements, BuilderFailures)
             e = good;
         }
         list[0] = c.first;
+        list[1].Given = 7; // read only when there is a second element
         VElement table[82];
         qtest::fill_sentinel(table);
         EXPECT_EQ(LIB_CalWay_V_Ele_MainPoint(list, c.count, table), c.status) << c.what;
