@@ -167,6 +167,8 @@ double grade_between(const VElement& from, const VElement& to)
            std::fabs(to.VertexChainage - from.VertexChainage);
 }
 
+// A grade intersection lies in range and says what lies there; an inner one
+// carrying a curve gives a usable radius or length.
 bool point_ok(const VElement& point, bool inner)
 {
     if (!in_range(point.VertexChainage) || !in_range(point.VertexElevation)) {
@@ -175,7 +177,7 @@ bool point_ok(const VElement& point, bool inner)
     if (point.Type == V_LINE || point.Type > V_CIRCLE) {
         return false;
     }
-    if (inner && point.Type != V_END) {
+    if (inner && point.Type != V_GRADE_CHANGE) {
         if (point.Given > GIVEN_LENGTH) {
             return false;
         }
@@ -375,7 +377,7 @@ ResultCode LIB_CalWay_V_Cross_MainPoint(VElement* points, unsigned char count, V
             return RANGE;
         }
         ResultCode status = OK;
-        if (p.Type == V_END) {
+        if (p.Type == V_GRADE_CHANGE) {
             // A plain change of grade: the line ends at the point's Chainage
             // field, while the walk goes on from its vertex.
             status = emit_line_if_needed(walk, p.Chainage, table_count);

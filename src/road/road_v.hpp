@@ -16,6 +16,8 @@ constexpr unsigned char V_END = 0;
 constexpr unsigned char V_LINE = 1;
 constexpr unsigned char V_PARABOLA = 2;
 constexpr unsigned char V_CIRCLE = 3;
+// At an inner grade intersection, Type 0 is a plain change of grade.
+constexpr unsigned char V_GRADE_CHANGE = 0;
 
 // Which of Radius and Length the designer gave.
 constexpr unsigned char GIVEN_RADIUS = 0;
