@@ -710,7 +710,153 @@ QUILLON_API ResultCode LIB_CalWay_Pile(const double* chainages, unsigned char m,
                                        double* piles, uint32_t* pile_count, unsigned char mode);
 
 /* ==== road: profile and cross-section ===================================== */
-/* @@road-v@@ */
+
+/** One vertical element of a profile. A complete vertical table of n records
+ *  holds n-1 elements followed by an end record of Type 0 carrying the
+ *  profile's end chainage, end elevation and end grade; record i+1's
+ *  Chainage, Elevation and GradeIn are the end of element i. Grades are
+ *  ratios (0.02 is a rise of 2 per cent), positive uphill toward increasing
+ *  chainage. */
+typedef struct VElement {
+    unsigned char Type;     /**< 1 grade line, 2 parabolic curve, 3 circular curve, 0 end record */
+    double Chainage;        /**< chainage at the element's start, m */
+    double Elevation;       /**< elevation at the element's start, m */
+    double VertexChainage;  /**< curves: chainage of the grade intersection, m */
+    double VertexElevation; /**< curves: elevation of the grade intersection, m */
+    double Radius;          /**< curves: radius of the vertical curve, m */
+    double Length;          /**< horizontal length of the element along the chainage, m */
+    unsigned char Given;    /**< 0: Radius given (Length computed), 1: Length given */
+    double GradeIn;         /**< grade at the element's start; a grade line's grade */
+    double GradeOut;        /**< grade at the element's end (curves) */
+} VElement;
+
+/** Builds the complete vertical table of count records from count-1
+ *  designer's elements. Of the elements only the first one's Chainage,
+ *  Elevation and GradeIn are read; each element needs Type 1 to 3, GradeOut
+ *  in [-1, 1], Given 0 with 0 < Radius <= 99999999.9999 or Given 1 with
+ *  0 < Length <= 99999999.9999 (grade lines too). The elements are copied
+ *  into table[0..count-2], their computed fields filled in (a curve's Radius
+ *  or Length, vertex chainage and elevation), and each element's end is
+ *  written into the next record; table[count-1] becomes the end record
+ *  (only its Type, Chainage, Elevation and GradeIn are written).
+ *  Returns 0; 4 when count < 2 or count > 81 (table unchanged); 1 when the
+ *  first element's Elevation, Chainage or GradeIn (in [-1, 1]) or any
+ *  element's Type, GradeOut, Given, Length or Radius is invalid (table
+ *  unchanged); 2 when a computed Radius or Length leaves [0, 99999999.9999],
+ *  a vertex or an end chainage or elevation is out of range or an end grade
+ *  leaves [-1, 1] (the records computed so far stay written; the end
+ *  record's Type is not set). Negative elevations are accepted here. */
+QUILLON_API ResultCode LIB_CalWay_V_Ele_MainPoint(const VElement* elements, unsigned char count,
+                                                  VElement* table);
+
+/** Elevation (m) at chainage K (m) on a grade line of a complete table.
+ *  A non-zero skip returns 0 at once and writes nothing.
+ *  Returns 0; 2 when the elevation is below 0 or above 99999999.9999
+ *  (written even on 2). */
+QUILLON_API ResultCode LIB_CalWay_V_Line_On(const VElement* element, double chainage,
+                                            double* elevation, unsigned char skip);
+
+/** Elevation (m) at chainage K (m) on a parabolic vertical curve of a
+ *  complete table (its Radius, Length and vertex filled in). With equal
+ *  grades nothing is written.
+ *  Returns 0; 2 when the value then in *elevation is not within
+ *  [0, 99999999.9999] (a computed elevation is written even on 2). */
+QUILLON_API ResultCode LIB_CalWay_V_Curve_On(const VElement* element, double chainage,
+                                             double* elevation);
+
+/** Elevation (m) at chainage K (m) on a circular vertical curve of a
+ *  complete table. Nothing is written for K at or before the curve's start
+ *  or beyond its end.
+ *  Returns 0; 2 when the value then in *elevation is not within
+ *  [0, 99999999.9999] (a computed elevation is written even on 2). */
+QUILLON_API ResultCode LIB_CalWay_V_Circle_On(const VElement* element, double chainage,
+                                              double* elevation);
+
+/** Design elevation (m) at chainage K (m) on a complete vertical table of
+ *  count records. More than 0.001 before the start writes 0; more than
+ *  0.001 beyond the end writes the end elevation; within 0.001 of a record's
+ *  chainage writes that record's elevation; otherwise the element holding K
+ *  is evaluated. A table of one record writes nothing.
+ *  Returns 0 or the element's status 2 (see the element functions);
+ *  4 for count 0 (nothing written). */
+QUILLON_API ResultCode LIB_CalWay_V_On(const VElement* table, unsigned char count, double chainage,
+                                       double* elevation);
+
+/** Builds a complete vertical table from count grade intersections (2 to
+ *  80). Each point gives its VertexChainage and VertexElevation; at an inner
+ *  point Type says what lies there (0 a plain change of grade - the grade
+ *  line before it then ends at the point's own Chainage field -, 2 a
+ *  parabolic, 3 a circular curve) and Given whether Radius (0) or Length (1)
+ *  was given. For each curve the computed Radius or Length and the curve's
+ *  start Chainage and Elevation are written back into points[], even when
+ *  the function fails later. The table receives grade lines (Type, Chainage,
+ *  Elevation, Length, GradeIn written), curve records (copies of the point
+ *  with GradeIn and GradeOut) and the end record (Type 0, Chainage,
+ *  Elevation, GradeIn); *table_count receives the number of records.
+ *  A circular curve ends at VertexElevation + sin(grade out) * T, the sine
+ *  taken of the grade itself.
+ *  Returns 0; 4 when count < 2 or count > 80 (nothing written), or when the
+ *  table would exceed 81 records (*table_count then holds the records
+ *  written and the last of them has Type 0); 1 when a vertex is out of
+ *  range, a Type is 1 or above 3, or an inner curve's Given is above 1 or
+ *  its given value is not within (0, 99999999.9999] (nothing written);
+ *  2 when a grade leaves [-1, 1], a computed Radius, Length, grade line
+ *  length or curve start or end is out of range (what was written so far
+ *  stays; *table_count unchanged). Negative elevations are accepted. */
+QUILLON_API ResultCode LIB_CalWay_V_Cross_MainPoint(VElement* points, unsigned char count,
+                                                    VElement* table, unsigned char* table_count);
+
+/** Values of a cross-section table at one chainage: widths (m) or cross
+ *  slopes (rise over horizontal distance, positive upward going outward,
+ *  -0.02 a fall of 2 per cent) to the left and right of the centre line,
+ *  looking forward along increasing chainage. */
+typedef struct SectionRecord {
+    double Chainage; /**< chainage at which the values hold, m */
+    double Left;     /**< value for the left side */
+    double Right;    /**< value for the right side */
+} SectionRecord;
+
+/** Carriageway widths at chainage K (m) from a width table of count records
+ *  ascending by chainage, each width in [0, 99999999.9999]. Writes K to
+ *  out->Chainage first; at or before the first record, or at or beyond the
+ *  last, copies that record's widths; in between, mode 0 interpolates
+ *  linearly and any other mode leaves Left and Right unwritten.
+ *  Returns 0; 4 when count > 80 (out unchanged); 1 when count is 0 or a
+ *  record's Chainage, Left or Right is out of bounds (out unchanged); 2 when
+ *  an interpolated width leaves [0, 99999999.9999] (Chainage and the failing
+ *  value written, and Left when Right fails). */
+QUILLON_API ResultCode LIB_CalWay_Width(const SectionRecord* table, unsigned char count,
+                                        double chainage, SectionRecord* out, unsigned char mode);
+
+/** Cross slopes at chainage K (m) from a slope table of count records,
+ *  each slope in [-1, 1]; the lookup of LIB_CalWay_Width with these bounds.
+ *  Returns 0; 4 when count > 80; 1 when count is 0 or a record is out of
+ *  bounds (out unchanged on 4 and 1); 2 when an interpolated slope leaves
+ *  [-1, 1] (Chainage and the failing value written, and Left when Right
+ *  fails). */
+QUILLON_API ResultCode LIB_CalWay_SideSlope(const SectionRecord* table, unsigned char count,
+                                            double chainage, SectionRecord* out,
+                                            unsigned char mode);
+
+/** Edge point in plan at right angles to the centre line: side 0 the left
+ *  edge at widths->Left, side 1 the right edge at widths->Right. out
+ *  receives the edge point and the azimuth (arc-seconds) of the
+ *  perpendicular from the centre toward the edge. Any other side writes
+ *  nothing and checks what out already holds.
+ *  Returns 0; 2 when the azimuth is outside [0, 2592000] or X or Y is out
+ *  of range (out written as computed even on 2). */
+QUILLON_API ResultCode LIB_CalWay_H_Side(const TangentPoint* centre, const SectionRecord* widths,
+                                         TangentPoint* out, unsigned char side);
+
+/** Edge elevation (m): width times cross slope of the side (0 left, 1
+ *  right) plus the centre elevation, when the widths' Chainage lies within
+ *  [range_start - 0.001, range_end + 0.001]; outside writes 0 and returns 0.
+ *  Any other side writes nothing and checks what *elevation already holds.
+ *  Returns 0; 2 when the elevation is above 99999999.9999 or below
+ *  -99999999.9999 (written even on 2). */
+QUILLON_API ResultCode LIB_CalWay_V_Side(const SectionRecord* widths, const SectionRecord* slopes,
+                                         double centre_elevation, double range_start,
+                                         double range_end, double* elevation, unsigned char side);
 
 /* ==== traverse and multi-round observation ================================ */
 /* ---- traverse closure and adjustment ------------------------------------ */
@@ -1272,5 +1418,23 @@ QUILLON_LAYOUT(TraverseResult, HeightMisclosure2, 56);
 QUILLON_LAYOUT(TraverseResult, HeightRatio, 64);
 QUILLON_LAYOUT(TraverseResult, Relative, 72);
 QUILLON_LAYOUT(TraverseResult, ValidMask, 80);
+/* @@layout-road-h@@ */
+QUILLON_SIZE(VElement, 80);
+QUILLON_LAYOUT(VElement, Type, 0);
+QUILLON_LAYOUT(VElement, Chainage, 8);
+QUILLON_LAYOUT(VElement, Elevation, 16);
+QUILLON_LAYOUT(VElement, VertexChainage, 24);
+QUILLON_LAYOUT(VElement, VertexElevation, 32);
+QUILLON_LAYOUT(VElement, Radius, 40);
+QUILLON_LAYOUT(VElement, Length, 48);
+QUILLON_LAYOUT(VElement, Given, 56);
+QUILLON_LAYOUT(VElement, GradeIn, 64);
+QUILLON_LAYOUT(VElement, GradeOut, 72);
+
+QUILLON_SIZE(SectionRecord, 24);
+QUILLON_LAYOUT(SectionRecord, Chainage, 0);
+QUILLON_LAYOUT(SectionRecord, Left, 8);
+QUILLON_LAYOUT(SectionRecord, Right, 16);
+/* @@layout-traverse@@ */
 
 #endif /* QUILLON_H */

@@ -1,0 +1,53 @@
+// Bounds and tolerances shared by the profile and cross-section functions.
+// Never exported.
+#ifndef QUILLON_ROAD_ROAD_V_HPP
+#define QUILLON_ROAD_ROAD_V_HPP
+
+#include "../core/core.hpp"
+
+namespace quillon {
+namespace road {
+
+// Chainages closer than a millimetre are taken as the same station.
+constexpr double CHAINAGE_TOLERANCE = 0.001;
+
+// Element record types of a vertical table.
+constexpr unsigned char V_END = 0;
+constexpr unsigned char V_LINE = 1;
+constexpr unsigned char V_PARABOLA = 2;
+constexpr unsigned char V_CIRCLE = 3;
+// At an inner grade intersection, Type 0 is a plain change of grade.
+constexpr unsigned char V_GRADE_CHANGE = 0;
+
+// Which of Radius and Length the designer gave.
+constexpr unsigned char GIVEN_RADIUS = 0;
+constexpr unsigned char GIVEN_LENGTH = 1;
+
+// A value inside the closed range [low, high]; not-a-number is outside.
+inline bool within(double value, double low, double high)
+{
+    return low <= value && value <= high;
+}
+
+// A grade (or a cross slope) lies from -1 to 1 inclusive.
+inline bool grade_ok(double grade)
+{
+    return within(grade, -1.0, 1.0);
+}
+
+// A computed radius or length lies from 0 to the range limit inclusive.
+inline bool length_ok(double length)
+{
+    return within(length, 0.0, RANGE_LIMIT);
+}
+
+// A given radius or length must be strictly positive and at most the limit.
+inline bool given_ok(double value)
+{
+    return value > 0.0 && value <= RANGE_LIMIT;
+}
+
+} // namespace road
+} // namespace quillon
+
+#endif
