@@ -1,0 +1,3 @@
+#include "bits.hpp"
+#include "quillon.h"
+TEST(Placeholder, Builds) {}
