@@ -87,8 +87,8 @@ TEST(ResectionByDirections, RecoversDistancesToTheTruncation)
         }
         const Sighting s = sight_from(STATION, known, c.orientation);
         std::vector<double> distances(known.size(), NaN);
-        ASSERT_EQ(LIB_RESA2D(s.obs.data(), s.known.data(),
-                             static_cast<unsigned char>(known.size()), distances.data()),
+        ASSERT_EQ(LIB_RESA2D(s.obs.data(), s.known.data(), static_cast<unsigned char>(known.size()),
+                             distances.data()),
                   0);
         double worst = 0.0;
         for (std::size_t i = 0; i < known.size(); ++i) {
@@ -224,9 +224,8 @@ TEST(ResectionWithDistances, ExactObservationsRecoverTheStation)
         const Sighting s = sight_from(STATION, {AROUND[0], AROUND[2], AROUND[4]}, c.orientation);
         const double targets[] = {1.3, 1.3, 1.3};
         ResectionResult out = qtest::sentinel_filled<ResectionResult>();
-        ASSERT_EQ(LIB_RESDist(1.5, s.dists.data(), s.obs.data(), s.known.data(), targets, 3, &out,
-                              0),
-                  0);
+        ASSERT_EQ(
+            LIB_RESDist(1.5, s.dists.data(), s.obs.data(), s.known.data(), targets, 3, &out, 0), 0);
         EXPECT_NEAR(out.X, STATION.X, 1e-8);
         EXPECT_NEAR(out.Y, STATION.Y, 1e-8);
         EXPECT_BITS(out.Orientation, c.expected);
