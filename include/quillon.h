@@ -406,15 +406,20 @@ typedef struct ArcResult {
  *  (V beyond 648000) the negative sine turns a reading taken a half circle
  *  off back onto the point, so the station's signs are not read. The point
  *  is the first crossing of the sight with the circle in plan in front of
- *  the instrument; its height is that of the sight there.
+ *  the instrument; its height is that of the sight there. Only the plan
+ *  positions of P1, P2, P3 and the station's X, Y, H and instrument height
+ *  are read. The arc length is the turn of the azimuths from the centre,
+ *  from P1 to the point in the arc's sense, times the radius.
  *  Returns 0 with every field of out written; otherwise, tested in this
  *  order:
- *  3 when two of the points that define the circle coincide in plan;
- *  1 when the three points are collinear, the radius is 0, not a number or
- *     shorter than half the chord, or the sight is plumb;
- *  2 when the centre, the radius or the point is out of range;
+ *  3 when two of the points that define the circle coincide in plan (or
+ *     the chord's plan length comes out 0);
+ *  1 when the three points are collinear, or the radius is 0, not a number
+ *     or shorter than half the chord; then 1 when the sight is plumb;
+ *  2 when the centre or the radius is out of range;
  *  5 when the sight misses the circle or meets it only behind the
- *     instrument (or at the instrument itself).
+ *     instrument (or at the instrument itself);
+ *  2 when the point's X, Y or H is out of range.
  *  out unchanged on every failure. */
 QUILLON_API ResultCode LIB_ArcCalc(const StationRecord* station, const ArcDefinition* arc,
                                    ArcResult* out, unsigned char mode);
