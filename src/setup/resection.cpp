@@ -6,6 +6,16 @@
 
 using namespace quillon;
 
+namespace quillon {
+
+// The sum of the two unknown angles and their truncated difference of the
+// last triangle pair solved. Written on every solution and never read: they
+// make LIB_RESA2D the one function that must not run on two threads at once.
+double resection_last_angle_sum = 0.0;
+double resection_last_angle_difference = 0.0;
+
+} // namespace quillon
+
 namespace {
 
 constexpr int MAX_POINTS = 20;
@@ -15,14 +25,8 @@ constexpr int MAX_POINTS = 20;
 constexpr double HALF_RAD_PER_SEC = 2.424068364197531e-6;
 constexpr double TWICE_RHO_SEC = 412529.6195311894;
 
-// A quarter of 3.1415926 radians.
+// An eighth of a circle: a quarter of pi taken as 3.1415926.
 constexpr double EIGHTH_CIRCLE_RAD = 0.78539815;
-
-// The sum of the two unknown angles and their truncated difference of the
-// last triangle pair solved. Written on every solution and never read: they
-// make LIB_RESA2D the one function that must not run on two threads at once.
-double last_unknown_angle_sum = 0.0;
-double last_unknown_angle_difference = 0.0;
 
 // Station height from one sighting and its weight: the closer and the more
 // level the sight, the heavier.
@@ -150,8 +154,8 @@ ResultCode LIB_RESA2D(const AngleObservation* obs, const SurveyPoint* known, uns
         if (n == 3) {
             dist[1] = std::sin(sec_to_rad(phi)) / std::sin(sec_to_rad(angle[0])) * side[0];
         }
-        last_unknown_angle_sum = S;
-        last_unknown_angle_difference = D;
+        resection_last_angle_sum = S;
+        resection_last_angle_difference = D;
     }
 
     // Back into the caller's order, through the index tags.

@@ -161,18 +161,6 @@ TEST(ReferenceLinePoint, PositionsAroundTheLine)
     }
 }
 
-TEST(ReferenceLinePoint, DirectionFallsBelowNorth)
-{
-    // Line due north, point to the left: the direction is negative and is
-    // brought into the circle.
-    const SurveyPoint pts[] = {{0.0, 0.0, 0.0}, {10.0, 0.0, 0.0}};
-    const LinePosition pos = {3.0, -4.0};
-    SurveyPoint out;
-    ASSERT_EQ(LIB_LSO_Point(pts, &pos, &out), 0);
-    EXPECT_NEAR(out.X, 3.0, 1e-4);
-    EXPECT_NEAR(out.Y, -4.0, 1e-4);
-}
-
 TEST(ReferenceLinePoint, NoOffsetGivesA)
 {
     const SurveyPoint pts[] = {A, B};
