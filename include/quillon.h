@@ -548,7 +548,202 @@ QUILLON_API ResultCode LIB_OS_Round(const StationRecord* station, const Distance
                                     DistAngleRecord* out, double* computed_radius);
 
 /* ==== resection, reference lines, planes, arcs ============================ */
-/* @@setup@@ */
+/* ---- resection ---------------------------------------------------------- */
+
+/** A free station fitted by LIB_RESDist. */
+typedef struct ResectionResult {
+    double X;           /**< northing of the station mark, m */
+    double Y;           /**< easting of the station mark, m */
+    double H;           /**< height of the station mark, m */
+    double mX;          /**< standard deviation of the northing fit, m */
+    double mY;          /**< standard deviation of the easting fit, m */
+    double mH;          /**< standard deviation of the height, m (single precision) */
+    double Orientation; /**< azimuth minus circle reading, whole arc-seconds,
+                             within -324000..+324000 */
+} ResectionResult;
+
+/** Resection by directions: the horizontal distance from the unknown station
+ *  to each of n known points (3 <= n <= 20), solved two neighbouring
+ *  triangles at a time from the horizontal directions obs[i].Horizontal
+ *  (arc-seconds) and the plan coordinates of known[i] (m).
+ *  The sightings are taken in ascending order of direction; when two
+ *  neighbours are more than a half circle apart the sequence starts just
+ *  after that gap. The difference of the two unknown angles of each
+ *  triangle pair is cut to whole arc-seconds, and a later pair overwrites
+ *  the distances an earlier one found. Only the first five points carry
+ *  their own index: with six or more points distances[0] receives the
+ *  result of the last sighting tagged 0 and distances[5] onward are not
+ *  written. Collinear points or zero angles give infinities or
+ *  not-a-numbers with status 0.
+ *  Not reentrant: writes two module-level scratch values.
+ *  Returns 0; 1 when n is outside 3..20 (distances unchanged). */
+QUILLON_API ResultCode LIB_RESA2D(const AngleObservation* obs, const SurveyPoint* known,
+                                  unsigned char n, double* distances);
+
+/** Resection with distances. mode 0: the station's X, Y and Orientation by
+ *  a least-squares similarity fit of the horizontal distances
+ *  dists[i].HorizontalDistance (m) and directions obs[i].Horizontal
+ *  (arc-seconds) to known[i], with mX, mY (0 for n = 2); every mode: the
+ *  station height H as the weighted mean of
+ *  (targetHeights[i] + known[i].H) - dists[i].VerticalDifference -
+ *  instrumentHeight, weight 1 / (distance^2 + cos^2(zenith obs[i].Zenith)),
+ *  and its standard deviation mH (0 for n < 2 or below 0.0001 m).
+ *  Orientation uses the one-argument arctangent: a rotation of more than a
+ *  quarter circle is delivered turned by a half circle.
+ *  Any mode other than 0 and 1 computes the height only and takes any n.
+ *  Returns 0; 1 when n is outside 2..20 in mode 0 or 1..20 in mode 1 (out
+ *  unchanged). In mode 1 and other modes X, Y, mX, mY and Orientation are
+ *  unchanged. Degenerate geometry gives non-finite values with status 0. */
+QUILLON_API ResultCode LIB_RESDist(double instrumentHeight, const DistanceRecord* dists,
+                                   const AngleObservation* obs, const SurveyPoint* known,
+                                   const double* targetHeights, unsigned char n,
+                                   ResectionResult* out, unsigned char mode);
+
+/** Orientation from one known sighting: *azimuth = azimuth station ->
+ *  target (arc-seconds); *orientation = (*orientation + reading) - *azimuth,
+ *  not normalised. When the points coincide in plan *azimuth keeps the
+ *  caller's value and that value is used. Always returns 0. */
+QUILLON_API ResultCode LIB_RESSetAngle(const SurveyPoint* station, const SurveyPoint* target,
+                                       double reading, double* orientation, double* azimuth);
+
+/* ---- base line, projection, reference line ------------------------------ */
+
+/** Measures of the line A-B (LIB_BaseLine). Fields 1 and 3 are never
+ *  touched. */
+typedef struct BaselineRecord {
+    double Spare1;             /**< left as the caller had it */
+    double HorizontalDistance; /**< A to B, m */
+    double Spare3;             /**< left as the caller had it */
+    double Grade;              /**< (B.H - A.H) / horizontal distance */
+    double Azimuth;            /**< A to B, arc-seconds */
+} BaselineRecord;
+
+/** A position in the frame of the line A-B. */
+typedef struct LinePosition {
+    double Along;  /**< distance along the line from A toward B, m */
+    double Across; /**< perpendicular distance, + right of A->B, m */
+} LinePosition;
+
+/** Horizontal distance, grade and azimuth of the line pts[0] (A) ->
+ *  pts[1] (B). Returns 0; 3 when A and B coincide in plan or their plan
+ *  distance is 0; 2 when the distance exceeds the range limit (out
+ *  unchanged on every failure). */
+QUILLON_API ResultCode LIB_BaseLine(const SurveyPoint* pts, BaselineRecord* out);
+
+/** Projection of pts[2] (P) on the line pts[0] (A) -> pts[1] (B): the foot
+ *  of the perpendicular with its height on the line's grade, the across and
+ *  along distances and P's height over the line. No range test.
+ *  Returns 0; 3 when A and B coincide in plan (out unchanged). */
+QUILLON_API ResultCode LIB_Project(const SurveyPoint* pts, ProjectionRecord* out);
+
+/** Point at a position along and across the line pts[0] (A) -> pts[1] (B).
+ *  Its direction from A is atan2(Across, Along) cut to whole arc-seconds
+ *  plus the line's azimuth; its height follows the line's grade at Along.
+ *  No range test. Returns 0; 3 when A and B coincide in plan (out
+ *  unchanged). */
+QUILLON_API ResultCode LIB_LSO_Point(const SurveyPoint* pts, const LinePosition* pos,
+                                     SurveyPoint* out);
+
+/** Position of pts[2] (P) against the line pts[0] (A) -> pts[1] (B) with a
+ *  design offset (m, + right) taken off the across distance. Writes Across,
+ *  Along and LineDH only; FootX, FootY, FootH are never touched.
+ *  Returns 0; 3 when A and B coincide in plan (out unchanged). */
+QUILLON_API ResultCode LIB_LSO_Line(const SurveyPoint* pts, double designOffset,
+                                    ProjectionRecord* out);
+
+/* ---- vertical and slope planes ------------------------------------------ */
+
+/** A sighting met by a plane (LIB_VPlane, LIB_SPlane). */
+typedef struct PlaneHitRecord {
+    double X;             /**< northing of the point, m */
+    double Y;             /**< easting of the point, m */
+    double H;             /**< height of the point, m */
+    double SightDistance; /**< from the instrument centre (station H plus
+                               instrument height) to the point, m */
+    double PlaneAlong;    /**< vertical plane: horizontal distance along
+                               P1->P2; slope plane: 3-D distance from P1 to the
+                               point's foot on P1-P2, m */
+    double PlaneOffset;   /**< vertical plane: point H minus P1.H; slope
+                               plane: distance from the line P1-P2 within the
+                               plane, negative left of P1->P2, m */
+} PlaneHitRecord;
+
+/** Point where the sight (horizontal direction and zenith angle of *sight,
+ *  arc-seconds) from the instrument meets the vertical plane through
+ *  planePts[0] (P1) and planePts[1] (P2). Reads the station's X, Y, H,
+ *  instrument height, signA and signB; with signA != signB the reading is
+ *  taken as a face II reading.
+ *  Returns 0; 3 when P1 and P2 lie in one line of sight from the station;
+ *  1 when P1 and P2 coincide in plan; 5 when the point's azimuth differs
+ *  from the face-reduced reading by more than 1 arc-second (met behind the
+ *  instrument, or missed; not folded at the end of the circle); 2 when X, Y
+ *  or H is out of range. out unchanged on every failure. */
+QUILLON_API ResultCode LIB_VPlane(const StationRecord* station, const AngleObservation* sight,
+                                  const SurveyPoint* planePts, PlaneHitRecord* out);
+
+/** Point where the sight (as for LIB_VPlane) meets the plane through
+ *  planePts[0..2] (P1, P2, P3).
+ *  Returns 0; 3 when the sight is parallel to the plane or the three points
+ *  are collinear; 5 as for LIB_VPlane; 2 when X is out of range (Y and H
+ *  are not tested). out unchanged on every failure. */
+QUILLON_API ResultCode LIB_SPlane(const StationRecord* station, const AngleObservation* sight,
+                                  const SurveyPoint* planePts, PlaneHitRecord* out);
+
+/* ---- arc ------------------------------------------------------------------ */
+
+/** The arc and the sighting of LIB_ArcCalc. */
+typedef struct ArcDefinition {
+    SurveyPoint P1;         /**< first point on the arc, where its length starts */
+    SurveyPoint P2;         /**< second point on the arc */
+    SurveyPoint P3;         /**< third point on the arc (mode other than 1; not
+                                 read in mode 1) */
+    double Radius;          /**< mode 1 only, m: > 0 centre right of P1->P2 (the
+                                 arc turns clockwise), < 0 centre left */
+    AngleObservation Sight; /**< horizontal direction (azimuth) and zenith angle
+                                 of the sight, arc-seconds; Value not read */
+} ArcDefinition;
+
+/** The circle and the sighted point on it (LIB_ArcCalc). */
+typedef struct ArcResult {
+    double CentreX;            /**< northing of the centre, m */
+    double CentreY;            /**< easting of the centre, m */
+    double Radius;             /**< radius, m (positive) */
+    double X;                  /**< northing of the point on the arc, m */
+    double Y;                  /**< easting of the point on the arc, m */
+    double H;                  /**< height of the sight at the point, m */
+    double HorizontalDistance; /**< station to the point, m */
+    double SightDistance;      /**< instrument centre to the point, m */
+    double ArcLength;          /**< from P1 to the point along the arc in its
+                                    sense of travel, 0 up to the full circle, m */
+} ArcResult;
+
+/** A point on an arc by a sight without a distance. The circle runs through
+ *  arc->P1, P2 and P3 (any mode but 1; it turns clockwise when P1, P2, P3
+ *  do), or through P1 and P2 with the signed arc->Radius (mode 1; the centre
+ *  lies right of the chord P1->P2 for a positive radius, left for a negative
+ *  one). The sight leaves the instrument centre (station X, Y and H plus
+ *  instrument height) along the unit vector of its horizontal direction Hz
+ *  and zenith angle V: (sin V cos Hz, sin V sin Hz, cos V). On face II
+ *  (V beyond 648000) the negative sine turns a reading taken a half circle
+ *  off back onto the point, so the station's signs are not read. The point
+ *  is the first crossing of the sight with the circle in plan in front of
+ *  the instrument; its height is that of the sight there. Only the plan
+ *  positions of P1, P2, P3 and the station's X, Y, H and instrument height
+ *  are read. The arc length is the turn of the azimuths from the centre,
+ *  from P1 to the point in the arc's sense, times the radius.
+ *  Returns 0 with every field of out written; otherwise, tested in this
+ *  order:
+ *  3 when two of the points that define the circle coincide in plan (or
+ *     the chord's plan length comes out 0);
+ *  1 when the three points are collinear, or the radius is 0, not a number
+ *     or shorter than half the chord; then 1 when the sight is plumb;
+ *  2 when the centre or the radius is out of range;
+ *  5 when the sight misses the circle or meets it only behind the
+ *     instrument (or at the instrument itself);
+ *  2 when the point's X, Y or H is out of range.
+ *  out unchanged on every failure. */
+QUILLON_API ResultCode LIB_ArcCalc(const StationRecord* station, const ArcDefinition* arc,
+                                   ArcResult* out, unsigned char mode);
 
 /* ==== road: horizontal alignment ========================================== */
 
@@ -1288,6 +1483,52 @@ QUILLON_LAYOUT(CrossLengths, EntryTangent, 0);
 QUILLON_LAYOUT(CrossLengths, ExitTangent, 8);
 QUILLON_LAYOUT(CrossLengths, ArcLength, 16);
 QUILLON_LAYOUT(CrossLengths, CurveLength, 24);
+QUILLON_SIZE(ResectionResult, 56);
+QUILLON_LAYOUT(ResectionResult, X, 0);
+QUILLON_LAYOUT(ResectionResult, Y, 8);
+QUILLON_LAYOUT(ResectionResult, H, 16);
+QUILLON_LAYOUT(ResectionResult, mX, 24);
+QUILLON_LAYOUT(ResectionResult, mY, 32);
+QUILLON_LAYOUT(ResectionResult, mH, 40);
+QUILLON_LAYOUT(ResectionResult, Orientation, 48);
+
+QUILLON_SIZE(BaselineRecord, 40);
+QUILLON_LAYOUT(BaselineRecord, Spare1, 0);
+QUILLON_LAYOUT(BaselineRecord, HorizontalDistance, 8);
+QUILLON_LAYOUT(BaselineRecord, Spare3, 16);
+QUILLON_LAYOUT(BaselineRecord, Grade, 24);
+QUILLON_LAYOUT(BaselineRecord, Azimuth, 32);
+
+QUILLON_SIZE(LinePosition, 16);
+QUILLON_LAYOUT(LinePosition, Along, 0);
+QUILLON_LAYOUT(LinePosition, Across, 8);
+
+QUILLON_SIZE(PlaneHitRecord, 48);
+QUILLON_LAYOUT(PlaneHitRecord, X, 0);
+QUILLON_LAYOUT(PlaneHitRecord, Y, 8);
+QUILLON_LAYOUT(PlaneHitRecord, H, 16);
+QUILLON_LAYOUT(PlaneHitRecord, SightDistance, 24);
+QUILLON_LAYOUT(PlaneHitRecord, PlaneAlong, 32);
+QUILLON_LAYOUT(PlaneHitRecord, PlaneOffset, 40);
+
+QUILLON_SIZE(ArcDefinition, 104);
+QUILLON_LAYOUT(ArcDefinition, P1, 0);
+QUILLON_LAYOUT(ArcDefinition, P2, 24);
+QUILLON_LAYOUT(ArcDefinition, P3, 48);
+QUILLON_LAYOUT(ArcDefinition, Radius, 72);
+QUILLON_LAYOUT(ArcDefinition, Sight, 80);
+
+QUILLON_SIZE(ArcResult, 72);
+QUILLON_LAYOUT(ArcResult, CentreX, 0);
+QUILLON_LAYOUT(ArcResult, CentreY, 8);
+QUILLON_LAYOUT(ArcResult, Radius, 16);
+QUILLON_LAYOUT(ArcResult, X, 24);
+QUILLON_LAYOUT(ArcResult, Y, 32);
+QUILLON_LAYOUT(ArcResult, H, 40);
+QUILLON_LAYOUT(ArcResult, HorizontalDistance, 48);
+QUILLON_LAYOUT(ArcResult, SightDistance, 56);
+QUILLON_LAYOUT(ArcResult, ArcLength, 64);
+/* @@layout-road-h@@ */
 /* @@layout-road-v@@ */
 QUILLON_SIZE(TraverseLeg, 72);
 QUILLON_LAYOUT(TraverseLeg, HorizDist, 0);

@@ -1,1 +1,5 @@
-set(QUILLON_SETUP_SOURCES)
+set(QUILLON_SETUP_SOURCES
+    setup/resection.cpp
+    setup/reference_line.cpp
+    setup/planes.cpp
+    setup/arc.cpp)

@@ -1,0 +1,178 @@
+// A point on an arc by a sight without a distance: the circle from three
+// points on it, or from a chord and a signed radius, then the first crossing
+// of the line of sight with that circle in plan.
+#include "../core/core.hpp"
+
+using namespace quillon;
+
+namespace {
+
+struct Circle {
+    double centre_x;
+    double centre_y;
+    double radius;
+    bool clockwise; // sense of travel from P1: azimuths from the centre grow
+};
+
+// Circle through three points, its sense that of P1 -> P2 -> P3.
+ResultCode circle_through(const SurveyPoint& P1, const SurveyPoint& P2, const SurveyPoint& P3,
+                          Circle* circle)
+{
+    double azimuth = 0.0;
+    if (LIB_CalAZ(&P1, &P2, &azimuth) != OK || LIB_CalAZ(&P2, &P3, &azimuth) != OK ||
+        LIB_CalAZ(&P1, &P3, &azimuth) != OK) {
+        return COINCIDENT;
+    }
+    const double bx = P2.X - P1.X;
+    const double by = P2.Y - P1.Y;
+    const double cx = P3.X - P1.X;
+    const double cy = P3.Y - P1.Y;
+    // With X north and Y east a positive cross product is a turn to the
+    // right, clockwise seen from above.
+    const double cross = bx * cy - by * cx;
+    if (cross == 0.0) {
+        return DOMAIN;
+    }
+    const double b2 = square(bx) + square(by);
+    const double c2 = square(cx) + square(cy);
+    const double d = 2.0 * cross;
+    const double ux = (cy * b2 - by * c2) / d;
+    const double uy = (bx * c2 - cx * b2) / d;
+    const SurveyPoint centre = {P1.X + ux, P1.Y + uy, 0.0};
+    double radius = 0.0;
+    LIB_Cal2PointDist(&centre, &P1, &radius, 0);
+    circle->centre_x = centre.X;
+    circle->centre_y = centre.Y;
+    circle->radius = radius;
+    circle->clockwise = cross > 0.0;
+    return OK;
+}
+
+// Circle through two points with a signed radius: the centre stands on the
+// perpendicular bisector of the chord, right of P1 -> P2 for a positive
+// radius (the arc turns clockwise), left for a negative one.
+ResultCode circle_from_chord(const SurveyPoint& P1, const SurveyPoint& P2, double radius,
+                             Circle* circle)
+{
+    double azimuth = 0.0;
+    if (LIB_CalAZ(&P1, &P2, &azimuth) != OK) {
+        return COINCIDENT;
+    }
+    double chord = 0.0;
+    LIB_Cal2PointDist(&P1, &P2, &chord, 0);
+    if (chord == 0.0) {
+        return COINCIDENT;
+    }
+    const double half_chord = chord / 2.0;
+    // Also refuses a radius of 0 and a not-a-number.
+    if (radius == 0.0 || !(std::fabs(radius) >= half_chord)) {
+        return DOMAIN;
+    }
+    const double rise = std::sqrt(square(radius) - square(half_chord));
+    // Unit vector of the chord; its right-hand normal is (-ey, ex).
+    const double ex = (P2.X - P1.X) / chord;
+    const double ey = (P2.Y - P1.Y) / chord;
+    const double offset = radius > 0.0 ? rise : -rise;
+    const double middle_x = (P1.X + P2.X) / 2.0;
+    const double middle_y = (P1.Y + P2.Y) / 2.0;
+    circle->centre_x = middle_x - offset * ey;
+    circle->centre_y = middle_y + offset * ex;
+    circle->radius = std::fabs(radius);
+    circle->clockwise = radius > 0.0;
+    return OK;
+}
+
+} // namespace
+
+ResultCode LIB_ArcCalc(const StationRecord* station, const ArcDefinition* arc, ArcResult* out,
+                       unsigned char mode)
+{
+    Circle circle = {0.0, 0.0, 0.0, true};
+    const ResultCode status = mode == 1 ? circle_from_chord(arc->P1, arc->P2, arc->Radius, &circle)
+                                        : circle_through(arc->P1, arc->P2, arc->P3, &circle);
+    if (status != OK) {
+        return status;
+    }
+
+    // Unit vector of the line of sight. On face II the sine of the zenith
+    // angle is negative and turns the plan direction back onto the point.
+    const double hz = sec_to_rad(arc->Sight.Horizontal);
+    const double v = sec_to_rad(arc->Sight.Zenith);
+    const double sx = std::sin(v) * std::cos(hz);
+    const double sy = std::sin(v) * std::sin(hz);
+    const double sz = std::cos(v);
+    // A plumb sight has no direction in plan.
+    const double plan_square = square(sx) + square(sy);
+    if (plan_square == 0.0) {
+        return DOMAIN;
+    }
+    if (!in_range(circle.centre_x) || !in_range(circle.centre_y) || !in_range(circle.radius)) {
+        return RANGE;
+    }
+
+    // |S + t s - C|^2 = R^2 in plan, with t along the sight from the
+    // instrument. The root of larger magnitude comes first without
+    // cancellation, the other from the product of the roots.
+    const double fx = station->X - circle.centre_x;
+    const double fy = station->Y - circle.centre_y;
+    const double half_b = sx * fx + sy * fy;
+    const double c = (square(fx) + square(fy)) - square(circle.radius);
+    const double discriminant = square(half_b) - plan_square * c;
+    if (!(discriminant >= 0.0)) {
+        return BEHIND;
+    }
+    const double q = -(half_b + std::copysign(std::sqrt(discriminant), half_b));
+    if (q == 0.0) {
+        return BEHIND;
+    }
+    const double t1 = q / plan_square;
+    const double t2 = c / q;
+    const double near_t = std::fmin(t1, t2);
+    const double far_t = std::fmax(t1, t2);
+    // The first crossing in front of the instrument; one at the instrument
+    // itself gives no sighted point.
+    double t = 0.0;
+    if (near_t > 0.0) {
+        t = near_t;
+    } else if (far_t > 0.0) {
+        t = far_t;
+    } else {
+        return BEHIND;
+    }
+
+    const double X = t * sx + station->X;
+    const double Y = t * sy + station->Y;
+    const double H = (t * sz + station->InstrumentHeight) + station->H;
+    if (!in_range(X) || !in_range(Y) || !in_range(H)) {
+        return RANGE;
+    }
+    const SurveyPoint mark = {station->X, station->Y, station->H};
+    const SurveyPoint hit = {X, Y, H};
+    double horizontal_distance = 0.0;
+    LIB_Cal2PointDist(&mark, &hit, &horizontal_distance, 0);
+    const double sight_distance = std::sqrt(square((H - station->H) - station->InstrumentHeight) +
+                                            square(Y - station->Y) + square(X - station->X));
+
+    // Length along the arc from P1 in its sense of travel.
+    const SurveyPoint centre = {circle.centre_x, circle.centre_y, 0.0};
+    double az_start = 0.0;
+    double az_point = 0.0;
+    LIB_CalAZ(&centre, &arc->P1, &az_start);
+    LIB_CalAZ(&centre, &hit, &az_point);
+    double sweep = circle.clockwise ? az_point - az_start : az_start - az_point;
+    if (sweep < 0.0) {
+        sweep = sweep + FULL_CIRCLE;
+    }
+    const double arc_length = sec_to_rad(sweep) * circle.radius;
+
+    out->CentreX = circle.centre_x;
+    out->CentreY = circle.centre_y;
+    out->Radius = circle.radius;
+    out->X = X;
+    out->Y = Y;
+    out->H = H;
+    out->HorizontalDistance = horizontal_distance;
+    out->SightDistance = sight_distance;
+    out->ArcLength = arc_length;
+    return OK;
+}
