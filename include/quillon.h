@@ -1427,8 +1427,6 @@ QUILLON_LAYOUT(MissLineResult, HorizontalDistance, 8);
 QUILLON_LAYOUT(MissLineResult, HeightDifference, 16);
 QUILLON_LAYOUT(MissLineResult, Grade, 24);
 QUILLON_LAYOUT(MissLineResult, Azimuth, 32);
-/* @@layout-field-b@@ */
-/* @@layout-field-a@@ */
 QUILLON_SIZE(FrontMeetKnown, 40);
 QUILLON_LAYOUT(FrontMeetKnown, Point, 0);
 QUILLON_LAYOUT(FrontMeetKnown, Direction, 24);
@@ -1457,7 +1455,6 @@ QUILLON_LAYOUT(CirclePointPair, FirstSpare, 16);
 QUILLON_LAYOUT(CirclePointPair, SecondX, 24);
 QUILLON_LAYOUT(CirclePointPair, SecondY, 32);
 QUILLON_LAYOUT(CirclePointPair, SecondSpare, 40);
-/* @@layout-setup@@ */
 QUILLON_SIZE(HElement, 64);
 QUILLON_LAYOUT(HElement, Type, 0);
 QUILLON_LAYOUT(HElement, X, 8);
@@ -1528,8 +1525,6 @@ QUILLON_LAYOUT(ArcResult, H, 40);
 QUILLON_LAYOUT(ArcResult, HorizontalDistance, 48);
 QUILLON_LAYOUT(ArcResult, SightDistance, 56);
 QUILLON_LAYOUT(ArcResult, ArcLength, 64);
-/* @@layout-road-h@@ */
-/* @@layout-road-v@@ */
 QUILLON_SIZE(TraverseLeg, 72);
 QUILLON_LAYOUT(TraverseLeg, HorizDist, 0);
 QUILLON_LAYOUT(TraverseLeg, HeightDiff, 8);
@@ -1659,7 +1654,6 @@ QUILLON_LAYOUT(TraverseResult, HeightMisclosure2, 56);
 QUILLON_LAYOUT(TraverseResult, HeightRatio, 64);
 QUILLON_LAYOUT(TraverseResult, Relative, 72);
 QUILLON_LAYOUT(TraverseResult, ValidMask, 80);
-/* @@layout-road-h@@ */
 QUILLON_SIZE(VElement, 80);
 QUILLON_LAYOUT(VElement, Type, 0);
 QUILLON_LAYOUT(VElement, Chainage, 8);
@@ -1676,6 +1670,5 @@ QUILLON_SIZE(SectionRecord, 24);
 QUILLON_LAYOUT(SectionRecord, Chainage, 0);
 QUILLON_LAYOUT(SectionRecord, Left, 8);
 QUILLON_LAYOUT(SectionRecord, Right, 16);
-/* @@layout-traverse@@ */
 
 #endif /* QUILLON_H */
