@@ -125,10 +125,7 @@ typedef struct StakeRow {
     int status;
 } StakeRow;
 
-static void print_row_header(void)
-{
-    printf("  chainage         X            Y        azimuth\n");
-}
+static void print_row_header(void) { printf("  chainage         X            Y        azimuth\n"); }
 
 static void print_row(const StakeRow* row)
 {

@@ -31,10 +31,7 @@ static const double HZ_ERROR[STATIONS][ROUNDS][2] = {{{1.2, -0.8}, {-1.5, 0.4}},
                                                      {{-1.1, 0.5}, {0.8, -0.6}}};
 
 /* A length as printed to the tenth of a millimetre, without a "-0.0000". */
-static double shown(double metres)
-{
-    return fabs(metres) < 0.00005 ? 0.0 : metres;
-}
+static double shown(double metres) { return fabs(metres) < 0.00005 ? 0.0 : metres; }
 
 static double wrap(double seconds)
 {

@@ -868,8 +868,7 @@ QUILLON_API ResultCode LIB_CalWay_H_Cross_MainPoint(CrossPoint* polygon, unsigne
  *  straights polygon[0] -> polygon[1] -> polygon[2] from polygon[0].Chainage
  *  and an end record at polygon[2] (*record_count 3). */
 QUILLON_API ResultCode LIB_CalWay_H_Cross_MainPoint_Full(CrossPoint* polygon, unsigned char m,
-                                                         HElement* table,
-                                                         uint32_t* record_count);
+                                                         HElement* table, uint32_t* record_count);
 
 /** Complete element table of n records (2 to 81) from an element list whose
  *  first record carries the start point, start azimuth and start chainage:

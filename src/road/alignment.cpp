@@ -9,10 +9,7 @@ using namespace quillon::road;
 
 namespace {
 
-bool in_positive_range(double length)
-{
-    return length > 0.0 && length <= RANGE_LIMIT;
-}
+bool in_positive_range(double length) { return length > 0.0 && length <= RANGE_LIMIT; }
 
 bool start_valid(const HElement& first)
 {

@@ -18,20 +18,11 @@ SurveyPoint plan_point(double X, double Y)
     return point;
 }
 
-SurveyPoint plan_point(const CrossPoint& point)
-{
-    return plan_point(point.X, point.Y);
-}
+SurveyPoint plan_point(const CrossPoint& point) { return plan_point(point.X, point.Y); }
 
-bool in_length_range(double length)
-{
-    return 0.0 <= length && length <= RANGE_LIMIT;
-}
+bool in_length_range(double length) { return 0.0 <= length && length <= RANGE_LIMIT; }
 
-bool in_positive_range(double length)
-{
-    return length > 0.0 && length <= RANGE_LIMIT;
-}
+bool in_positive_range(double length) { return length > 0.0 && length <= RANGE_LIMIT; }
 
 unsigned char turn_of(double turn_angle)
 {

@@ -57,10 +57,7 @@ inline double fold_below_zero(double radians)
 
 // An azimuth in arc-seconds is delivered when 0 <= s < AZ_LIMIT; a
 // not-a-number fails.
-inline bool azimuth_accepted(double seconds)
-{
-    return seconds >= 0.0 && seconds < AZ_LIMIT;
-}
+inline bool azimuth_accepted(double seconds) { return seconds >= 0.0 && seconds < AZ_LIMIT; }
 
 // The chord from the curvature-zero end of a clothoid to a point on it, in
 // the curve's own frame: length and deflection from the tangent there

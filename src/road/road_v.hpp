@@ -24,28 +24,16 @@ constexpr unsigned char GIVEN_RADIUS = 0;
 constexpr unsigned char GIVEN_LENGTH = 1;
 
 // A value inside the closed range [low, high]; not-a-number is outside.
-inline bool within(double value, double low, double high)
-{
-    return low <= value && value <= high;
-}
+inline bool within(double value, double low, double high) { return low <= value && value <= high; }
 
 // A grade (or a cross slope) lies from -1 to 1 inclusive.
-inline bool grade_ok(double grade)
-{
-    return within(grade, -1.0, 1.0);
-}
+inline bool grade_ok(double grade) { return within(grade, -1.0, 1.0); }
 
 // A computed radius or length lies from 0 to the range limit inclusive.
-inline bool length_ok(double length)
-{
-    return within(length, 0.0, RANGE_LIMIT);
-}
+inline bool length_ok(double length) { return within(length, 0.0, RANGE_LIMIT); }
 
 // A given radius or length must be strictly positive and at most the limit.
-inline bool given_ok(double value)
-{
-    return value > 0.0 && value <= RANGE_LIMIT;
-}
+inline bool given_ok(double value) { return value > 0.0 && value <= RANGE_LIMIT; }
 
 } // namespace road
 } // namespace quillon

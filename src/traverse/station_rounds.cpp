@@ -41,15 +41,9 @@ double face_mean_zenith(const Pointings& p)
     return ((FULL_CIRCLE - p.face2.V) + p.face1.V) * 0.5;
 }
 
-double face_mean_slope(const Pointings& p)
-{
-    return (p.face2.SlopeDist + p.face1.SlopeDist) * 0.5;
-}
+double face_mean_slope(const Pointings& p) { return (p.face2.SlopeDist + p.face1.SlopeDist) * 0.5; }
 
-double index_error(const Pointings& p)
-{
-    return ((p.face1.V + p.face2.V) - FULL_CIRCLE) * 0.5;
-}
+double index_error(const Pointings& p) { return ((p.face1.V + p.face2.V) - FULL_CIRCLE) * 0.5; }
 
 // Twice the collimation error, not normalised.
 double double_collimation(const Pointings& p)
@@ -101,10 +95,7 @@ class Spread {
 };
 
 // A test fails only above its tolerance: equal passes.
-bool exceeds(double quantity, double tolerance)
-{
-    return std::fabs(quantity) > tolerance;
-}
+bool exceeds(double quantity, double tolerance) { return std::fabs(quantity) > tolerance; }
 
 // Only the first failure is kept; computation goes on after it.
 void record_failure(std::int32_t* flag, bool failed, std::int32_t which)

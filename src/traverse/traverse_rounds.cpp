@@ -261,15 +261,9 @@ ResultCode adjust_traverse(TraverseStation* stations, std::uint32_t n,
     return OK;
 }
 
-void* allocate_cleared(std::size_t count, std::size_t size)
-{
-    return std::calloc(count, size);
-}
+void* allocate_cleared(std::size_t count, std::size_t size) { return std::calloc(count, size); }
 
-void release(void* block)
-{
-    std::free(block);
-}
+void release(void* block) { std::free(block); }
 
 } // namespace
 
