@@ -72,9 +72,11 @@ inline double fold_half_circle(double angle)
 // through), unlike a conversion to an integer type.
 inline double whole_seconds(double seconds) { return std::trunc(seconds); }
 
-// Remainder of a whole number of seconds by a full circle with the sign of the
-// dividend, as an integer division truncating toward zero gives it.
-inline double circle_remainder(double whole) { return std::fmod(whole, FULL_CIRCLE); }
+// Remainder of a whole number of seconds by a full circle as an integer
+// division truncating toward zero gives it: the sign of the dividend is kept,
+// and a whole number of turns leaves 0, never -0 (adding +0 changes no other
+// value).
+inline double circle_remainder(double whole) { return std::fmod(whole, FULL_CIRCLE) + 0.0; }
 
 // Conversion of a double to a signed 32-bit integer by truncation toward zero,
 // defined for every input: values beyond the int32 range saturate and a

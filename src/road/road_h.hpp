@@ -3,7 +3,7 @@
 #ifndef QUILLON_ROAD_ROAD_H_HPP
 #define QUILLON_ROAD_ROAD_H_HPP
 
-#include "../core/core.hpp"
+#include "road.hpp"
 
 namespace quillon {
 namespace road {
@@ -28,9 +28,6 @@ constexpr double HALF_TURN_RAD = 3.1415926;
 // An azimuth leaving an element function is accepted below two full circles,
 // not one: one fold of 6.2831852 may leave it above a full circle.
 constexpr double AZ_LIMIT = 2592000.0;
-
-// Two chainages closer than this are the same station.
-constexpr double CHAINAGE_TOLERANCE = 0.001;
 
 // Capacity of an element table and of a pile list.
 constexpr unsigned int TABLE_RECORDS = 81;

@@ -3,13 +3,10 @@
 #ifndef QUILLON_ROAD_ROAD_V_HPP
 #define QUILLON_ROAD_ROAD_V_HPP
 
-#include "../core/core.hpp"
+#include "road.hpp"
 
 namespace quillon {
 namespace road {
-
-// Chainages closer than a millimetre are taken as the same station.
-constexpr double CHAINAGE_TOLERANCE = 0.001;
 
 // Element record types of a vertical table.
 constexpr unsigned char V_END = 0;

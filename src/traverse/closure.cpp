@@ -70,13 +70,13 @@ ResultCode close_angles_connecting(TraverseLeg* legs, unsigned int n,
     double angle_sum = 0.0;
     for (unsigned int i = 1; i < n; ++i) {
         const double angle = (legs[i].BackDirection - legs[i].ForeDirection) + FULL_CIRCLE;
-        const double t = integer_circle_remainder(whole_seconds(angle));
+        const double t = circle_remainder(whole_seconds(angle));
         angle_sum = angle_sum + t;
     }
     const int half_turns = static_cast<int>(n) * 648000 - 648000;
     const double carried = static_cast<double>(half_turns) + legs[0].ForeDirection - angle_sum;
     // A negative carried azimuth stays negative.
-    const double computed_azimuth = integer_circle_remainder(whole_seconds(carried));
+    const double computed_azimuth = circle_remainder(whole_seconds(carried));
     const double angular_misclosure = computed_azimuth - known_azimuth;
     result->KnownEndAzimuth = known_azimuth;
     result->ComputedEndAzimuth = computed_azimuth;

@@ -11,11 +11,6 @@
 
 namespace quillon {
 
-// A whole number of seconds reduced by a full circle as an integer remainder
-// reduces it: the sign of the dividend is kept, and a whole number of turns
-// leaves 0, never -0 (adding +0 changes no other value).
-inline double integer_circle_remainder(double whole) { return circle_remainder(whole) + 0.0; }
-
 // One entry of the work array: a station's observed angle and index, and
 // its corrected angle.
 struct StationAngle {

@@ -128,7 +128,7 @@ ResultCode adjust_traverse(TraverseStation* stations, std::uint32_t n,
         const double carried =
             whole_seconds(start_azimuth + angle_sum - static_cast<double>(n) * HALF_CIRCLE) +
             FULL_CIRCLE;
-        const double computed_azimuth = integer_circle_remainder(carried);
+        const double computed_azimuth = circle_remainder(carried);
         angular_misclosure = computed_azimuth - closing_azimuth;
     } else if (type == POLYGON) {
         const double angle_sum = fill_observed_angles(stations, n, work);
