@@ -1,34 +1,25 @@
 // Face status, sums, distances, azimuths and polar points.
 #include "bits.hpp"
 #include "quillon.h"
+#include "records.hpp"
 
 #include <cmath>
 #include <limits>
 
+using qtest::EAST;
+using qtest::INF;
+using qtest::LIMIT;
+using qtest::NaN;
+using qtest::SOUTH;
+using qtest::WEST;
+
 namespace {
 
-const double NaN = std::numeric_limits<double>::quiet_NaN();
-const double INF = std::numeric_limits<double>::infinity();
-const double LIMIT = 99999999.9999;
-const double ABOVE_LIMIT = std::nextafter(LIMIT, INF);
-
-// atan2 works with the true pi, the conversion with 3.1415926.
-const double EAST = 324000.00552684424;
-const double SOUTH = 648000.0110536885;
-const double WEST = 971999.9944731558;
+const double ABOVE_LIMIT = qtest::ABOVE_LIMIT;
 
 StationRecord station_at(double x, double y, double h, signed char a, signed char b)
 {
-    StationRecord s{};
-    s.X = x;
-    s.Y = y;
-    s.H = h;
-    s.InstrumentHeight = 1.5;
-    s.TargetHeight = 1.2;
-    s.signA = a;
-    s.signB = b;
-    s.refractionMode = 0;
-    return s;
+    return qtest::station(x, y, h, a, b);
 }
 
 } // namespace
