@@ -4,119 +4,78 @@
 #include "records.hpp"
 
 #include <cmath>
-#include <limits>
 
-using qtest::EAST;
-using qtest::INF;
-using qtest::LIMIT;
-using qtest::NaN;
-using qtest::SOUTH;
-using qtest::WEST;
-
-namespace {
-
-const double ABOVE_LIMIT = qtest::ABOVE_LIMIT;
-
-StationRecord station_at(double x, double y, double h, signed char a, signed char b)
-{
-    return qtest::station(x, y, h, a, b);
-}
-
-} // namespace
+using namespace qtest;
 
 TEST(FaceStatus, Boundaries)
 {
-    struct Case {
+    const struct {
         double zenith;
         int status;
         int face; // -1: untouched
+    } cases[] = {
+        {0.0, 0, 1},         {-0.0, 0, 1},  {648000.0, 0, 1}, {648000.0001, 0, 255},
+        {1300000.0, 0, 255}, {INF, 0, 255}, {-0.0001, 1, -1}, {NaN, 1, -1},
     };
-    const Case cases[] = {
-        {0.0, 0, 1},         {-0.0, 0, 1},        {648000.0, 0, 1}, {648000.0001, 0, 255},
-        {1296000.0, 0, 255}, {1300000.0, 0, 255}, {INF, 0, 255},    {-0.0001, 1, -1},
-        {-INF, 1, -1},       {NaN, 1, -1},
-    };
-    for (const Case& c : cases) {
-        unsigned char face = 0xA5;
+    for (const auto& c : cases) {
+        unsigned char face = SENTINEL_BYTE;
         EXPECT_EQ(LIB_GetFaceStatus(c.zenith, &face), c.status) << c.zenith;
-        EXPECT_EQ(face, c.face < 0 ? 0xA5 : c.face) << c.zenith;
+        EXPECT_EQ(face, c.face < 0 ? SENTINEL_BYTE : c.face) << c.zenith;
     }
 }
 
-TEST(Sum, AddsOntoTheCallersValue)
+TEST(Sum, AddsOntoTheCallersValueAndKeepsAnOutOfRangeSum)
 {
-    const double values[] = {1.0, 2.0};
-    double sum = 5.0;
-    EXPECT_EQ(LIB_Sum(values, 2, &sum), 0);
-    EXPECT_BITS(sum, 8.0);
-    EXPECT_EQ(LIB_Sum(values, 0, &sum), 0);
-    EXPECT_BITS(sum, 8.0);
+    const double values[] = {1.0, 2.0, LIMIT, NaN};
+    const struct {
+        double start;
+        int first, count, status;
+        double sum;
+    } cases[] = {
+        {5.0, 0, 2, 0, 8.0},         {5.0, 0, 0, 0, 5.0}, {0.0, 2, 1, 0, LIMIT},
+        {1.0, 2, 1, 2, LIMIT + 1.0}, {0.0, 3, 1, 2, NaN},
+    };
+    for (const auto& c : cases) {
+        double sum = c.start;
+        EXPECT_EQ(LIB_Sum(values + c.first, static_cast<unsigned char>(c.count), &sum), c.status);
+        EXPECT_BITS(sum, c.sum);
+    }
 }
 
-TEST(Sum, OutOfRangeSumIsKept)
-{
-    const double values[] = {LIMIT, 1.0, NaN};
-    double sum = 0.0;
-    EXPECT_EQ(LIB_Sum(values, 1, &sum), 0);
-    EXPECT_EQ(LIB_Sum(values + 1, 1, &sum), 2);
-    EXPECT_BITS(sum, LIMIT + 1.0);
-    sum = -LIMIT;
-    EXPECT_EQ(LIB_Sum(values, 0, &sum), 0);
-    EXPECT_EQ(LIB_Sum(values + 2, 1, &sum), 2);
-    EXPECT_TRUE(std::isnan(sum));
-}
-
-TEST(TwoPointDistance, PlanAndSpatial)
-{
-    const SurveyPoint a{1.0, 2.0, 3.0};
-    const SurveyPoint b{4.0, 6.0, 15.0};
-    double d = 0.0;
-    EXPECT_EQ(LIB_Cal2PointDist(&a, &b, &d, 0), 0);
-    EXPECT_BITS(d, 5.0);
-    EXPECT_EQ(LIB_Cal2PointDist(&a, &b, &d, 1), 0);
-    EXPECT_BITS(d, 13.0);
-}
-
-TEST(TwoPointDistance, UpperBoundOnlyAndWrittenBeforeTheTest)
+TEST(TwoPointDistance, WrittenBeforeTheUpperBoundTest)
 {
     const SurveyPoint origin{0.0, 0.0, 0.0};
-    struct Case {
+    const struct {
         SurveyPoint far;
         unsigned char mode;
+        double preset;
         int status;
+        double distance;
+    } cases[] = {
+        {{3.0, 4.0, 12.0}, 0, 0.0, 0, 5.0},
+        {{3.0, 4.0, 12.0}, 1, 0.0, 0, 13.0},
+        {{LIMIT, 0.0, 0.0}, 0, 0.0, 0, LIMIT},
+        {{ABOVE_LIMIT, 0.0, 0.0}, 0, 0.0, 2, ABOVE_LIMIT},
+        {{0.0, 0.0, ABOVE_LIMIT}, 0, 0.0, 0, 0.0}, // plan distance ignores H
+        {{0.0, 0.0, ABOVE_LIMIT}, 1, 0.0, 2, ABOVE_LIMIT},
+        {{NaN, 0.0, 0.0}, 0, 0.0, 0, NaN}, // only "greater than" is tested
+        {{3.0, 4.0, 0.0}, 7, 1.0, 0, 1.0}, // another mode writes nothing...
+        {{3.0, 4.0, 0.0}, 7, 1e9, 2, 1e9}, // ...but tests the caller's value
     };
-    const Case cases[] = {
-        {{LIMIT, 0.0, 0.0}, 0, 0},       {{ABOVE_LIMIT, 0.0, 0.0}, 0, 2},
-        {{0.0, 0.0, ABOVE_LIMIT}, 0, 0}, {{0.0, 0.0, ABOVE_LIMIT}, 1, 2},
-        {{NaN, 0.0, 0.0}, 0, 0},         {{INF, 0.0, 0.0}, 1, 2},
-    };
-    for (const Case& c : cases) {
-        double d = 0.0;
+    for (const auto& c : cases) {
+        double d = c.preset;
         EXPECT_EQ(LIB_Cal2PointDist(&origin, &c.far, &d, c.mode), c.status);
-        EXPECT_BITS(d, std::fabs(c.mode == 0 ? c.far.X : c.far.X + c.far.H));
+        EXPECT_BITS(d, c.distance);
     }
-}
-
-TEST(TwoPointDistance, OtherModeWritesNothingButTestsTheCallersValue)
-{
-    const SurveyPoint a{0.0, 0.0, 0.0};
-    const SurveyPoint b{3.0, 4.0, 0.0};
-    double d = 1.0;
-    EXPECT_EQ(LIB_Cal2PointDist(&a, &b, &d, 7), 0);
-    EXPECT_BITS(d, 1.0);
-    d = 1e9;
-    EXPECT_EQ(LIB_Cal2PointDist(&a, &b, &d, 7), 2);
-    EXPECT_BITS(d, 1e9);
 }
 
 TEST(Azimuth, QuadrantsCarryThePiMismatch)
 {
     const SurveyPoint origin{0.0, 0.0, 0.0};
-    struct Case {
+    const struct {
         SurveyPoint to;
         double azimuth;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {{1.0, 0.0, 0.0}, 0.0},
         {{0.0, 1.0, 0.0}, EAST},
         {{-1.0, 0.0, 0.0}, SOUTH},
@@ -124,132 +83,104 @@ TEST(Azimuth, QuadrantsCarryThePiMismatch)
         {{1.0, 1.0, 5.0}, 162000.00276342212},
         {{1.0, -1e-300, 0.0}, 1296000.0}, // a hair west of north wraps to a full circle
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         double az = -1.0;
         EXPECT_EQ(LIB_CalAZ(&origin, &c.to, &az), 0);
         EXPECT_BITS(az, c.azimuth);
-        EXPECT_GE(az, 0.0);
     }
-}
-
-TEST(Azimuth, CoincidentInPlanLeavesOutputAlone)
-{
-    const SurveyPoint a{10.0, 20.0, 0.0};
-    const SurveyPoint b{10.0, 20.0, 99.0};
-    double az = qtest::sentinel_double();
-    EXPECT_EQ(LIB_CalAZ(&a, &b, &az), 3);
-    EXPECT_TRUE(qtest::untouched(az));
+    const SurveyPoint above{0.0, 0.0, 99.0};
+    double az = sentinel_double();
+    EXPECT_EQ(LIB_CalAZ(&origin, &above, &az), 3);
+    EXPECT_TRUE(untouched(az));
 }
 
 TEST(DistAngle, LevelSightOnBothFaces)
 {
     const SurveyPoint from{0.0, 0.0, 5.0};
     const SurveyPoint to{0.0, 10.0, 5.0};
-    DistAngleRecord out = qtest::sentinel_filled<DistAngleRecord>();
-    EXPECT_EQ(LIB_CalDistAngle(&from, &to, 1, &out), 0);
-    EXPECT_TRUE(qtest::untouched(out.X) && qtest::untouched(out.Y) && qtest::untouched(out.H));
-    EXPECT_BITS(out.SlopeDistance, 10.0);
-    EXPECT_BITS(out.HorizontalDistance, 10.0);
-    EXPECT_BITS(out.HeightDifference, 0.0);
-    EXPECT_BITS(out.Azimuth, EAST);
-    EXPECT_BITS(out.ZenithAngle, EAST);
-    EXPECT_EQ(LIB_CalDistAngle(&from, &to, 255, &out), 0);
-    EXPECT_BITS(out.ZenithAngle, WEST);
-    EXPECT_EQ(LIB_CalDistAngle(&from, &to, 254, &out), 0);
-    EXPECT_BITS(out.ZenithAngle, EAST);
+    const struct {
+        unsigned char face;
+        double zenith;
+    } cases[] = {{1, EAST}, {254, EAST}, {255, WEST}};
+    for (const auto& c : cases) {
+        DistAngleRecord out = sentinel_filled<DistAngleRecord>();
+        EXPECT_EQ(LIB_CalDistAngle(&from, &to, c.face, &out), 0);
+        EXPECT_TRUE(untouched(out.X) && untouched(out.Y) && untouched(out.H));
+        EXPECT_BITS(out.SlopeDistance, 10.0);
+        EXPECT_BITS(out.HorizontalDistance, 10.0);
+        EXPECT_BITS(out.HeightDifference, 0.0);
+        EXPECT_BITS(out.Azimuth, EAST);
+        EXPECT_BITS(out.ZenithAngle, c.zenith);
+    }
 }
 
-TEST(DistAngle, PlumbSightWritesDistancesOnly)
+TEST(DistAngle, FailuresWriteTheDistancesOnly)
 {
     const SurveyPoint from{1.0, 2.0, 3.0};
-    const SurveyPoint to{1.0, 2.0, 10.0};
-    DistAngleRecord out = qtest::sentinel_filled<DistAngleRecord>();
-    EXPECT_EQ(LIB_CalDistAngle(&from, &to, 1, &out), 3);
-    EXPECT_BITS(out.SlopeDistance, 7.0);
-    EXPECT_BITS(out.HorizontalDistance, 0.0);
-    EXPECT_BITS(out.HeightDifference, 7.0);
-    EXPECT_TRUE(qtest::untouched(out.Azimuth));
-    EXPECT_TRUE(qtest::untouched(out.ZenithAngle));
-}
-
-TEST(DistAngle, OutOfRangeWritesDistancesOnly)
-{
-    struct Case {
+    const struct {
         SurveyPoint to;
+        int status;
+        double slope, horizontal;
+    } cases[] = {
+        {{1.0, 2.0, 10.0}, 3, 7.0, 0.0}, // plumb
+        {{1.0 + 2.0 * LIMIT, 2.0, 3.0}, 2, 2.0 * LIMIT, 2.0 * LIMIT},
+        {{2.0, 2.0, 3.0 + 2.0 * LIMIT}, 2, 2.0 * LIMIT, 1.0},
     };
-    const Case cases[] = {
-        {{ABOVE_LIMIT, 0.0, 0.0}}, {{1.0, 0.0, ABOVE_LIMIT}}, {{1.0, 0.0, -ABOVE_LIMIT}}};
-    const SurveyPoint from{0.0, 0.0, 0.0};
-    for (const Case& c : cases) {
-        DistAngleRecord out = qtest::sentinel_filled<DistAngleRecord>();
-        EXPECT_EQ(LIB_CalDistAngle(&from, &c.to, 1, &out), 2);
-        EXPECT_BITS(out.HeightDifference, c.to.H);
-        EXPECT_TRUE(qtest::untouched(out.Azimuth));
-        EXPECT_TRUE(qtest::untouched(out.ZenithAngle));
+    for (const auto& c : cases) {
+        DistAngleRecord out = sentinel_filled<DistAngleRecord>();
+        EXPECT_EQ(LIB_CalDistAngle(&from, &c.to, 1, &out), c.status);
+        EXPECT_NEAR(out.SlopeDistance, c.slope, 1e-6);
+        EXPECT_NEAR(out.HorizontalDistance, c.horizontal, 1e-6);
+        EXPECT_BITS(out.HeightDifference, c.to.H - 3.0);
+        EXPECT_TRUE(untouched(out.Azimuth) && untouched(out.ZenithAngle));
     }
 }
 
-TEST(MeasuredPoint, FaceSignsTurnTheDistance)
+TEST(MeasuredPoint, FaceSignsTurnTheDistanceAndRangeLeavesItAlone)
 {
-    DistanceRecord d{};
-    d.HorizontalDistance = 100.0;
-    d.VerticalDifference = 2.0;
+    const DistanceRecord d = shot(0.0, 100.0, 2.0);
     const double north = 0.0;
-    struct Case {
-        signed char a, b;
+    const struct {
+        StationRecord s;
+        int status;
         double x;
+    } cases[] = {
+        {station(1000.0, 500.0, 50.0, 1, 1), 0, 1100.0},
+        {station(1000.0, 500.0, 50.0, -1, -1), 0, 1100.0},
+        {station(1000.0, 500.0, 50.0, -1, 1), 0, 900.0},
+        {station(LIMIT, 0.0, 0.0), 2, 0.0},
+        {station(0.0, NaN, 0.0), 2, 0.0},
+        {station(0.0, 0.0, LIMIT), 2, 0.0},
     };
-    const Case cases[] = {{1, 1, 1100.0}, {-1, -1, 1100.0}, {-1, 1, 900.0}, {1, -1, 900.0}};
-    for (const Case& c : cases) {
-        const StationRecord s = station_at(1000.0, 500.0, 50.0, c.a, c.b);
-        SurveyPoint p = qtest::sentinel_filled<SurveyPoint>();
-        EXPECT_EQ(LIB_MeasCoor(&s, &d, &north, &p), 0);
+    for (const auto& c : cases) {
+        SurveyPoint p = sentinel_filled<SurveyPoint>();
+        EXPECT_EQ(LIB_MeasCoor(&c.s, &d, &north, &p), c.status);
+        if (c.status != 0) {
+            EXPECT_TRUE(untouched(p));
+            continue;
+        }
         EXPECT_BITS(p.X, c.x);
         EXPECT_BITS(p.Y, 500.0);
-        EXPECT_BITS(p.H, ((1.5 + 2.0) + 50.0) - 1.2);
+        EXPECT_BITS(p.H, 52.3); // ((1.5 + 2) + 50) - 1.2
     }
 }
 
-TEST(MeasuredPoint, OutOfRangeLeavesPointAlone)
+TEST(PolarPoint, OnlyThePlanPositionIsRangeTested)
 {
-    DistanceRecord d{};
-    d.HorizontalDistance = 10.0;
-    const double north = 0.0;
-    const StationRecord cases[] = {
-        station_at(LIMIT, 0.0, 0.0, 1, 1),
-        station_at(0.0, NaN, 0.0, 1, 1),
-        station_at(0.0, 0.0, LIMIT, 1, 1),
-    };
-    for (const StationRecord& s : cases) {
-        SurveyPoint p = qtest::sentinel_filled<SurveyPoint>();
-        EXPECT_EQ(LIB_MeasCoor(&s, &d, &north, &p), 2);
-        EXPECT_TRUE(qtest::untouched(p));
-    }
-}
-
-TEST(PolarPoint, HeightIsNeverTested)
-{
-    const SurveyPoint from{0.0, 0.0, LIMIT};
-    SurveyPoint p = qtest::sentinel_filled<SurveyPoint>();
-    EXPECT_EQ(LIB_CalCoor(&from, 0.0, 10.0, 1.0, &p), 0);
-    EXPECT_BITS(p.X, 10.0);
-    EXPECT_BITS(p.Y, 0.0);
-    EXPECT_BITS(p.H, LIMIT + 1.0);
-}
-
-TEST(PolarPoint, PlanOutOfRangeLeavesPointAlone)
-{
-    const SurveyPoint from{LIMIT - 1.0, 0.0, 0.0};
-    struct Case {
+    const SurveyPoint from{LIMIT - 1.0, 0.0, LIMIT};
+    const struct {
         double azimuth, distance;
         int status;
-    };
-    const Case cases[] = {
-        {0.0, 1.0, 0}, {0.0, 2.0, 2}, {648000.0, 2.0 * LIMIT + 1.0, 2}, {0.0, NaN, 2}};
-    for (const Case& c : cases) {
-        SurveyPoint p = qtest::sentinel_filled<SurveyPoint>();
-        EXPECT_EQ(LIB_CalCoor(&from, c.azimuth, c.distance, 0.0, &p), c.status);
-        EXPECT_EQ(qtest::untouched(p), c.status != 0);
+    } cases[] = {{0.0, 1.0, 0}, {0.0, 2.0, 2}, {648000.0, 2.0 * LIMIT + 1.0, 2}, {0.0, NaN, 2}};
+    for (const auto& c : cases) {
+        SurveyPoint p = sentinel_filled<SurveyPoint>();
+        EXPECT_EQ(LIB_CalCoor(&from, c.azimuth, c.distance, 1.0, &p), c.status);
+        if (c.status != 0) {
+            EXPECT_TRUE(untouched(p));
+        } else {
+            EXPECT_BITS(p.X, LIMIT);
+            EXPECT_BITS(p.H, LIMIT + 1.0); // beyond the limit, yet delivered
+        }
     }
 }
 
@@ -257,12 +188,12 @@ TEST(PolarPoint, RoundTripThroughTheJoin)
 {
     const SurveyPoint from{5000.0, 3000.0, 100.0};
     const double azimuths[] = {0.5, 123456.7, 324000.0, 700000.25, 1295999.0};
-    const double distances[] = {0.01, 12.345, 987.654, 25000.0};
+    const double distances[] = {0.01, 12.345, 25000.0};
     for (double azimuth : azimuths) {
         for (double distance : distances) {
             SurveyPoint pair[2] = {from, {}};
             ASSERT_EQ(LIB_CalCoor(&from, azimuth, distance, -3.25, &pair[1]), 0);
-            BearingRecord join = qtest::sentinel_filled<BearingRecord>();
+            BearingRecord join = sentinel_filled<BearingRecord>();
             ASSERT_EQ(LIB_CalDist(pair, &join), 0);
             EXPECT_NEAR(join.HorizontalDistance, distance, 1e-9);
             // Both conversions use pi as 3.1415926 and undo each other, but
@@ -272,28 +203,22 @@ TEST(PolarPoint, RoundTripThroughTheJoin)
             const double expected = azimuth * 4.848136728395062e-6 > 3.14159265358979312
                                         ? azimuth - wrap_loss
                                         : azimuth;
-            EXPECT_NEAR(join.Azimuth, expected, 2e-5 / distance + 1e-6)
-                << azimuth << " " << distance;
+            EXPECT_NEAR(join.Azimuth, expected, 2e-5 / distance + 1e-6) << azimuth;
             EXPECT_BITS(join.HeightDifference, pair[1].H - from.H);
-            EXPECT_TRUE(qtest::untouched(join.Spare1));
-            EXPECT_TRUE(qtest::untouched(join.Spare4));
+            EXPECT_TRUE(untouched(join.Spare1) && untouched(join.Spare4));
         }
     }
 }
 
-TEST(Join, CoincidentPointsLeaveRecordAlone)
+TEST(Join, CoincidentPointsFailAndLongDistancesPass)
 {
-    const SurveyPoint pair[2] = {{1.0, 1.0, 0.0}, {1.0, 1.0, 5.0}};
-    BearingRecord join = qtest::sentinel_filled<BearingRecord>();
-    EXPECT_EQ(LIB_CalDist(pair, &join), 3);
-    EXPECT_TRUE(qtest::untouched(join));
-}
+    const SurveyPoint same[2] = {{1.0, 1.0, 0.0}, {1.0, 1.0, 5.0}};
+    BearingRecord join = sentinel_filled<BearingRecord>();
+    EXPECT_EQ(LIB_CalDist(same, &join), 3);
+    EXPECT_TRUE(untouched(join));
 
-TEST(Join, LongDistanceDeliveredWithoutComplaint)
-{
-    const SurveyPoint pair[2] = {{0.0, 0.0, 0.0}, {2.0 * LIMIT, 0.0, 0.0}};
-    BearingRecord join = qtest::sentinel_filled<BearingRecord>();
-    EXPECT_EQ(LIB_CalDist(pair, &join), 0);
+    const SurveyPoint far[2] = {{0.0, 0.0, 0.0}, {2.0 * LIMIT, 0.0, 0.0}};
+    EXPECT_EQ(LIB_CalDist(far, &join), 0);
     EXPECT_BITS(join.HorizontalDistance, 2.0 * LIMIT);
     EXPECT_BITS(join.Azimuth, 0.0);
 }
