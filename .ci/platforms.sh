@@ -106,7 +106,12 @@ run_tests() {
     local dir=$1
     shift
     local status=0
-    ctest --test-dir "$dir" -j "$jobs" --output-on-failure "$@" | tail -n 15 || status=1
+    ctest --test-dir "$dir" -j "$jobs" --output-on-failure "$@" >"$dir.test.log" 2>&1 || status=1
+    if [ $status -ne 0 ]; then
+        tail -n 300 "$dir.test.log"
+    else
+        grep -E 'tests passed|Total Test time' "$dir.test.log"
+    fi
     show_vectors "$dir"
     return $status
 }
