@@ -378,6 +378,25 @@ static size_t largest_block(void)
 
 /* ---- coverage -------------------------------------------------------------- */
 
+/* A function listed by two families would have its cases mixed up. */
+static int names_unique(void)
+{
+    size_t f;
+    size_t i;
+    int unique = 1;
+    for (f = 0; f < qv_family_count; ++f) {
+        for (i = 0; i < qv_families[f]->count; ++i) {
+            const qv_function* fn = &qv_families[f]->functions[i];
+            if (find_function(fn->name) != fn) {
+                printf("FAIL %s has vectors in two places (family %s)\n", fn->name,
+                       qv_families[f]->name);
+                unique = 0;
+            }
+        }
+    }
+    return unique;
+}
+
 static int report_coverage(int require_all)
 {
     size_t i;
@@ -807,7 +826,9 @@ int main(int argc, char** argv)
     }
     printf("loaded %s\n", path);
 
-    if (check_frame()) {
+    if (!names_unique()) {
+        ++failures;
+    } else if (check_frame()) {
         report_coverage(require_all);
         if (write_path != NULL && !write_reference(write_path)) {
             ++failures;
