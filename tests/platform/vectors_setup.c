@@ -1,0 +1,638 @@
+/* Reference vectors of the setup family: resection, orientation, base line,
+ * projection and reference line, vertical and slope planes, arcs.
+ *
+ * Most cases come from a plausible set-up (known points around the station,
+ * readings that point at them, a plane or an arc a few metres to a few
+ * hundred metres away); the rest push the tests that flip a result: counts at
+ * their limits, coincident and collinear points, sights behind the
+ * instrument, the range limit, infinities and not-a-numbers. */
+#include "qv.h"
+
+#include <math.h>
+#include <string.h>
+
+#define MAX_KNOWN 20
+
+static const unsigned char mode_bytes[] = {0, 0, 1, 1, 2, 255};
+
+/* ---- shared pieces of a set-up ---------------------------------------------- */
+
+/* Azimuth from one point to another in arc-seconds, in [0, 1296000). */
+static double azimuth_of(double from_x, double from_y, double to_x, double to_y)
+{
+    double az = atan2(to_y - from_y, to_x - from_x) * QUILLON_RHO_SEC;
+    if (az < 0.0) {
+        az += 1296000.0;
+    }
+    return az;
+}
+
+/* An angle reduced into [0, 1296000). */
+static double on_circle(double angle)
+{
+    double a = fmod(angle, 1296000.0);
+    return a < 0.0 ? a + 1296000.0 : a;
+}
+
+/* A point at a random bearing, lo to hi metres away in plan. */
+static SurveyPoint point_around(qv_gen* g, const SurveyPoint* centre, double lo, double hi)
+{
+    const double bearing = qv_uniform(g, 0.0, 6.283185307179586);
+    const double distance = qv_uniform(g, lo, hi);
+    SurveyPoint p;
+    p.X = centre->X + cos(bearing) * distance;
+    p.Y = centre->Y + sin(bearing) * distance;
+    p.H = centre->H + qv_uniform(g, -20.0, 20.0);
+    return p;
+}
+
+/* A station over a mark: mostly a plain one, now and then one with far,
+ * huge or non-finite values (qv_station). */
+static StationRecord setup_station(qv_gen* g)
+{
+    StationRecord s;
+    if (qv_chance(g, 4)) {
+        return qv_station(g);
+    }
+    s = qv_station(g);
+    s.X = qv_uniform(g, -100000.0, 100000.0);
+    s.Y = qv_uniform(g, -100000.0, 100000.0);
+    s.H = qv_uniform(g, -100.0, 3000.0);
+    s.InstrumentHeight = qv_uniform(g, 1.2, 1.8);
+    s.TargetHeight = qv_uniform(g, 0.0, 3.0);
+    return s;
+}
+
+static SurveyPoint station_point(const StationRecord* s)
+{
+    SurveyPoint p;
+    p.X = s->X;
+    p.Y = s->Y;
+    p.H = s->H;
+    return p;
+}
+
+/* The sight from the instrument centre (station plus instrument height) to a
+ * point: its azimuth and zenith angle on face I, or the face II reading of
+ * both when face_two is set. */
+static AngleObservation sight_to(const StationRecord* s, const SurveyPoint* p, int face_two)
+{
+    const double dx = p->X - s->X;
+    const double dy = p->Y - s->Y;
+    const double dz = p->H - (s->H + s->InstrumentHeight);
+    AngleObservation o;
+    o.Horizontal = azimuth_of(s->X, s->Y, p->X, p->Y);
+    o.Zenith = atan2(sqrt(dx * dx + dy * dy), dz) * QUILLON_RHO_SEC;
+    o.Value = 0.0;
+    if (face_two) {
+        o.Horizontal = on_circle(o.Horizontal + 648000.0);
+        o.Zenith = 1296000.0 - o.Zenith;
+    }
+    return o;
+}
+
+/* A pair of points in plan: mostly a line of a few metres to a few hundred,
+ * now and then coincident, plumb or far apart (qv_point_near). */
+static void line_points(qv_gen* g, SurveyPoint* a, SurveyPoint* b)
+{
+    *a = qv_point(g);
+    *b = qv_chance(g, 3) ? qv_point_near(g, a) : point_around(g, a, 1.0, 500.0);
+}
+
+/* ---- LIB_RESA2D ------------------------------------------------------------- */
+
+struct resa2d_in {
+    AngleObservation obs[MAX_KNOWN];
+    SurveyPoint known[MAX_KNOWN];
+    unsigned char n;
+    unsigned char pad[7];
+};
+struct resa2d_out {
+    double distances[MAX_KNOWN];
+};
+
+/* Known points round a station and the directions read to them with the
+ * circle set at an arbitrary orientation; every slot of the arrays is filled. */
+static void sightings(qv_gen* g, const SurveyPoint* station, AngleObservation* obs,
+                      SurveyPoint* known, double orientation, double spread)
+{
+    const double first = qv_uniform(g, 0.0, 1296000.0);
+    unsigned i;
+    for (i = 0; i < MAX_KNOWN; ++i) {
+        const double az = on_circle(first + qv_uniform(g, 0.0, spread));
+        const double bearing = az / QUILLON_RHO_SEC;
+        const double distance = qv_uniform(g, 30.0, 2000.0);
+        known[i].X = station->X + cos(bearing) * distance;
+        known[i].Y = station->Y + sin(bearing) * distance;
+        known[i].H = station->H + qv_uniform(g, -30.0, 30.0);
+        obs[i].Horizontal = on_circle(azimuth_of(station->X, station->Y, known[i].X, known[i].Y) -
+                                      orientation + qv_uniform(g, -3.0, 3.0));
+        obs[i].Zenith = qv_uniform(g, 300000.0, 348000.0);
+        obs[i].Value = qv_uniform(g, 0.0, 3.0);
+    }
+}
+
+static void resa2d_generate(qv_gen* g, void* in_)
+{
+    static const unsigned char counts[] = {0, 2, 3, 3, 4, 5, 6, 7, 20, 21, 255};
+    struct resa2d_in* in = in_;
+    const SurveyPoint station = qv_point(g);
+    /* all round, or within a sector (a gap of more than a half circle) */
+    const double spread = qv_chance(g, 2) ? 1296000.0 : qv_uniform(g, 50000.0, 640000.0);
+    unsigned i;
+    sightings(g, &station, in->obs, in->known, qv_uniform(g, 0.0, 1296000.0), spread);
+    in->n = qv_chance(g, 2) ? qv_byte(g, counts, 11) : (unsigned char)(3 + qv_below(g, 18));
+    switch (qv_below(g, 12)) {
+    case 0:
+        for (i = 0; i < MAX_KNOWN; ++i) {
+            in->obs[i].Horizontal = floor(in->obs[i].Horizontal); /* whole seconds */
+        }
+        break;
+    case 1: in->obs[1].Horizontal = in->obs[0].Horizontal; break;
+    case 2: in->known[2] = in->known[1]; break;
+    case 3: in->obs[qv_below(g, 3)].Horizontal = qv_special(g); break;
+    case 4: in->known[qv_below(g, 3)].X = qv_special(g); break;
+    case 5:
+        /* three points on one line */
+        in->known[2].X = in->known[0].X + (in->known[1].X - in->known[0].X) * 2.0;
+        in->known[2].Y = in->known[0].Y + (in->known[1].Y - in->known[0].Y) * 2.0;
+        break;
+    default: break;
+    }
+}
+
+static int resa2d_call(const void* in_, void* out_)
+{
+    const struct resa2d_in* in = in_;
+    struct resa2d_out* out = out_;
+    return QV_FN(LIB_RESA2D)(in->obs, in->known, in->n, out->distances);
+}
+
+/* ---- LIB_RESDist ------------------------------------------------------------ */
+
+struct resdist_in {
+    DistanceRecord dists[MAX_KNOWN];
+    AngleObservation obs[MAX_KNOWN];
+    SurveyPoint known[MAX_KNOWN];
+    double target_heights[MAX_KNOWN];
+    double instrument_height;
+    unsigned char n;
+    unsigned char mode;
+    unsigned char pad[6];
+};
+struct resdist_out {
+    ResectionResult record;
+};
+
+static void resdist_generate(qv_gen* g, void* in_)
+{
+    static const unsigned char counts[] = {0, 1, 2, 3, 20, 21, 255};
+    struct resdist_in* in = in_;
+    const SurveyPoint station = qv_point(g);
+    /* beyond a quarter circle the orientation comes out folded */
+    const double orientation = qv_uniform(g, -648000.0, 648000.0);
+    const double spread = qv_chance(g, 2) ? 1296000.0 : qv_uniform(g, 50000.0, 640000.0);
+    unsigned i;
+    in->instrument_height = qv_uniform(g, 1.2, 1.8);
+    sightings(g, &station, in->obs, in->known, orientation, spread);
+    for (i = 0; i < MAX_KNOWN; ++i) {
+        const double dx = in->known[i].X - station.X;
+        const double dy = in->known[i].Y - station.Y;
+        in->target_heights[i] = qv_uniform(g, 0.0, 3.0);
+        in->dists[i].HorizontalDistance = sqrt(dx * dx + dy * dy) + qv_uniform(g, -0.005, 0.005);
+        in->dists[i].SlopeDistance = in->dists[i].HorizontalDistance * 1.001;
+        in->dists[i].VerticalDifference =
+            ((in->target_heights[i] + in->known[i].H) - station.H - in->instrument_height) +
+            qv_uniform(g, -0.01, 0.01);
+        in->dists[i].HeightDifference = in->known[i].H - station.H;
+    }
+    in->mode = qv_byte(g, mode_bytes, 6);
+    in->n = qv_chance(g, 3) ? qv_byte(g, counts, 7) : (unsigned char)(2 + qv_below(g, 19));
+    if (in->mode != 0 && in->mode != 1) {
+        /* the height alone takes any count: keep it within the arrays */
+        in->n = (unsigned char)(in->n % (MAX_KNOWN + 1));
+    }
+    switch (qv_below(g, 14)) {
+    case 0:
+        /* every sighting gives the same height */
+        for (i = 0; i < MAX_KNOWN; ++i) {
+            in->dists[i].VerticalDifference = 0.0;
+            in->target_heights[i] = 1.5;
+            in->known[i].H = 101.5;
+        }
+        in->instrument_height = 1.5;
+        break;
+    case 1: in->known[1] = in->known[0]; break;
+    case 2: in->dists[qv_below(g, 3)].HorizontalDistance = qv_special(g); break;
+    case 3: in->obs[qv_below(g, 3)].Zenith = qv_special(g); break;
+    case 4: in->instrument_height = qv_special(g); break;
+    case 5:
+        for (i = 0; i < MAX_KNOWN; ++i) {
+            in->dists[i].HorizontalDistance = 0.0;
+        }
+        break;
+    default: break;
+    }
+}
+
+static int resdist_call(const void* in_, void* out_)
+{
+    const struct resdist_in* in = in_;
+    struct resdist_out* out = out_;
+    return QV_FN(LIB_RESDist)(in->instrument_height, in->dists, in->obs, in->known,
+                              in->target_heights, in->n, &out->record, in->mode);
+}
+
+/* ---- LIB_RESSetAngle -------------------------------------------------------- */
+
+struct setangle_in {
+    SurveyPoint station;
+    SurveyPoint target;
+    double reading;
+    double orientation; /* in and out */
+    double azimuth;     /* kept when the points coincide in plan */
+};
+struct setangle_out {
+    double orientation;
+    double azimuth;
+};
+
+static void setangle_generate(qv_gen* g, void* in_)
+{
+    struct setangle_in* in = in_;
+    line_points(g, &in->station, &in->target);
+    in->reading = qv_angle(g);
+    in->orientation = qv_chance(g, 3) ? 0.0 : qv_angle(g);
+    in->azimuth = qv_angle(g);
+}
+
+static int setangle_call(const void* in_, void* out_)
+{
+    const struct setangle_in* in = in_;
+    struct setangle_out* out = out_;
+    out->orientation = in->orientation;
+    out->azimuth = in->azimuth;
+    return QV_FN(LIB_RESSetAngle)(&in->station, &in->target, in->reading, &out->orientation,
+                                  &out->azimuth);
+}
+
+/* ---- LIB_BaseLine ----------------------------------------------------------- */
+
+struct baseline_in {
+    SurveyPoint pts[2];
+};
+struct baseline_out {
+    BaselineRecord record;
+};
+
+static void baseline_generate(qv_gen* g, void* in_)
+{
+    struct baseline_in* in = in_;
+    line_points(g, &in->pts[0], &in->pts[1]);
+    if (qv_chance(g, 10)) {
+        /* a line of exactly the range limit, or one last bit longer */
+        in->pts[0].X = 0.0;
+        in->pts[0].Y = 0.0;
+        in->pts[1].X = 0.0;
+        in->pts[1].Y = 0.0;
+        if (qv_chance(g, 2)) {
+            in->pts[1].X =
+                qv_chance(g, 2) ? QUILLON_RANGE_LIMIT : nextafter(QUILLON_RANGE_LIMIT, INFINITY);
+        } else {
+            in->pts[1].Y =
+                qv_chance(g, 2) ? -QUILLON_RANGE_LIMIT : nextafter(-QUILLON_RANGE_LIMIT, -INFINITY);
+        }
+    }
+}
+
+static int baseline_call(const void* in_, void* out_)
+{
+    const struct baseline_in* in = in_;
+    struct baseline_out* out = out_;
+    return QV_FN(LIB_BaseLine)(in->pts, &out->record);
+}
+
+/* ---- LIB_Project ------------------------------------------------------------ */
+
+struct project_in {
+    SurveyPoint pts[3];
+};
+struct project_out {
+    ProjectionRecord record;
+};
+
+/* A third point beside the line A-B: near A or B, on the line, or anywhere. */
+static SurveyPoint third_point(qv_gen* g, const SurveyPoint* a, const SurveyPoint* b)
+{
+    SurveyPoint p;
+    switch (qv_below(g, 8)) {
+    case 0: return qv_point_near(g, a);
+    case 1: return qv_point_near(g, b);
+    case 2:
+        /* on the line, before A, between or beyond B */
+        p = *a;
+        p.X = a->X + (b->X - a->X) * qv_uniform(g, -1.0, 2.0);
+        p.Y = a->Y + (b->Y - a->Y) * qv_uniform(g, -1.0, 2.0);
+        return p;
+    default: return point_around(g, a, 0.5, 400.0);
+    }
+}
+
+static void project_generate(qv_gen* g, void* in_)
+{
+    struct project_in* in = in_;
+    line_points(g, &in->pts[0], &in->pts[1]);
+    in->pts[2] = third_point(g, &in->pts[0], &in->pts[1]);
+}
+
+static int project_call(const void* in_, void* out_)
+{
+    const struct project_in* in = in_;
+    struct project_out* out = out_;
+    return QV_FN(LIB_Project)(in->pts, &out->record);
+}
+
+/* ---- LIB_LSO_Point ---------------------------------------------------------- */
+
+struct lsopoint_in {
+    SurveyPoint pts[2];
+    LinePosition pos;
+};
+struct lsopoint_out {
+    SurveyPoint point;
+};
+
+static void lsopoint_generate(qv_gen* g, void* in_)
+{
+    struct lsopoint_in* in = in_;
+    line_points(g, &in->pts[0], &in->pts[1]);
+    in->pos.Along = qv_uniform(g, -100.0, 300.0);
+    in->pos.Across = qv_uniform(g, -50.0, 50.0);
+    switch (qv_below(g, 10)) {
+    case 0:
+        in->pos.Along = 0.0;
+        in->pos.Across = 0.0;
+        break;
+    case 1: in->pos.Across = qv_chance(g, 2) ? 0.0 : -0.0; break;
+    case 2: in->pos.Along = qv_chance(g, 2) ? 0.0 : -0.0; break;
+    case 3: in->pos.Along = qv_special(g); break;
+    case 4: in->pos.Across = qv_special(g); break;
+    default: break;
+    }
+}
+
+static int lsopoint_call(const void* in_, void* out_)
+{
+    const struct lsopoint_in* in = in_;
+    struct lsopoint_out* out = out_;
+    return QV_FN(LIB_LSO_Point)(in->pts, &in->pos, &out->point);
+}
+
+/* ---- LIB_LSO_Line ----------------------------------------------------------- */
+
+struct lsoline_in {
+    SurveyPoint pts[3];
+    double design_offset;
+};
+struct lsoline_out {
+    ProjectionRecord record;
+};
+
+static void lsoline_generate(qv_gen* g, void* in_)
+{
+    struct lsoline_in* in = in_;
+    line_points(g, &in->pts[0], &in->pts[1]);
+    in->pts[2] = third_point(g, &in->pts[0], &in->pts[1]);
+    in->design_offset = qv_uniform(g, -20.0, 20.0);
+    if (qv_chance(g, 8)) {
+        in->design_offset = qv_chance(g, 2) ? 0.0 : qv_special(g);
+    }
+}
+
+static int lsoline_call(const void* in_, void* out_)
+{
+    const struct lsoline_in* in = in_;
+    struct lsoline_out* out = out_;
+    return QV_FN(LIB_LSO_Line)(in->pts, in->design_offset, &out->record);
+}
+
+/* ---- LIB_VPlane ------------------------------------------------------------- */
+
+struct vplane_in {
+    StationRecord station;
+    AngleObservation sight;
+    SurveyPoint plane[2];
+};
+struct vplane_out {
+    PlaneHitRecord record;
+};
+
+static void vplane_generate(qv_gen* g, void* in_)
+{
+    struct vplane_in* in = in_;
+    SurveyPoint at;
+    SurveyPoint target;
+    double along = qv_uniform(g, -0.5, 1.5);
+    in->station = setup_station(g);
+    at = station_point(&in->station);
+    in->plane[0] = point_around(g, &at, 2.0, 300.0);
+    in->plane[1] = point_around(g, &in->plane[0], 1.0, 100.0);
+    switch (qv_below(g, 16)) {
+    case 0: in->plane[1].X = in->plane[0].X; break; /* a north-south trace */
+    case 1: in->plane[1].Y = in->plane[0].Y; break; /* an east-west trace */
+    case 2:
+        /* a plane through the station: whole metres in one line of sight */
+        in->station.X = floor(in->station.X);
+        in->station.Y = floor(in->station.Y);
+        in->plane[0].X = in->station.X + 12.0;
+        in->plane[0].Y = in->station.Y + 5.0;
+        in->plane[1].X = in->station.X + (qv_chance(g, 2) ? 24.0 : -24.0);
+        in->plane[1].Y = in->station.Y + (in->plane[1].X > in->station.X ? 10.0 : -10.0);
+        break;
+    case 3: in->plane[1] = qv_point_near(g, &in->plane[0]); break;
+    case 4: in->plane[0] = qv_point_near(g, &at); break;
+    default: break;
+    }
+    target.X = in->plane[0].X + (in->plane[1].X - in->plane[0].X) * along;
+    target.Y = in->plane[0].Y + (in->plane[1].Y - in->plane[0].Y) * along;
+    target.H = in->plane[0].H + qv_uniform(g, -10.0, 30.0);
+    in->sight = sight_to(&in->station, &target, in->station.signA != in->station.signB);
+    switch (qv_below(g, 12)) {
+    case 0: in->sight.Horizontal = on_circle(in->sight.Horizontal + 648000.0); break;
+    case 1: in->sight.Horizontal += qv_chance(g, 2) ? 1.5 : 0.5; break;
+    case 2: in->sight.Horizontal = qv_angle(g); break;
+    case 3: in->sight.Zenith = qv_angle(g); break;
+    default: break;
+    }
+}
+
+static int vplane_call(const void* in_, void* out_)
+{
+    const struct vplane_in* in = in_;
+    struct vplane_out* out = out_;
+    return QV_FN(LIB_VPlane)(&in->station, &in->sight, in->plane, &out->record);
+}
+
+/* ---- LIB_SPlane ------------------------------------------------------------- */
+
+struct splane_in {
+    StationRecord station;
+    AngleObservation sight;
+    SurveyPoint plane[3];
+};
+struct splane_out {
+    PlaneHitRecord record;
+};
+
+static void splane_generate(qv_gen* g, void* in_)
+{
+    struct splane_in* in = in_;
+    SurveyPoint at;
+    SurveyPoint target;
+    const double u = qv_uniform(g, -0.5, 1.5);
+    const double v = qv_uniform(g, -0.5, 1.5);
+    in->station = setup_station(g);
+    at = station_point(&in->station);
+    in->plane[0] = point_around(g, &at, 2.0, 300.0);
+    in->plane[1] = point_around(g, &in->plane[0], 1.0, 100.0);
+    in->plane[2] = point_around(g, &in->plane[0], 1.0, 100.0);
+    switch (qv_below(g, 14)) {
+    case 0:
+        /* three points on one line */
+        in->plane[2].X = in->plane[0].X + (in->plane[1].X - in->plane[0].X) * 2.0;
+        in->plane[2].Y = in->plane[0].Y + (in->plane[1].Y - in->plane[0].Y) * 2.0;
+        in->plane[2].H = in->plane[0].H + (in->plane[1].H - in->plane[0].H) * 2.0;
+        break;
+    case 1:
+        /* a level plane */
+        in->plane[1].H = in->plane[0].H;
+        in->plane[2].H = in->plane[0].H;
+        break;
+    case 2: in->plane[2] = in->plane[1]; break;
+    case 3: in->plane[qv_below(g, 3)].X = qv_special(g); break;
+    default: break;
+    }
+    target.X = in->plane[0].X + (in->plane[1].X - in->plane[0].X) * u +
+               (in->plane[2].X - in->plane[0].X) * v;
+    target.Y = in->plane[0].Y + (in->plane[1].Y - in->plane[0].Y) * u +
+               (in->plane[2].Y - in->plane[0].Y) * v;
+    target.H = in->plane[0].H + (in->plane[1].H - in->plane[0].H) * u +
+               (in->plane[2].H - in->plane[0].H) * v;
+    in->sight = sight_to(&in->station, &target, in->station.signA != in->station.signB);
+    switch (qv_below(g, 12)) {
+    case 0: in->sight.Horizontal = on_circle(in->sight.Horizontal + 648000.0); break;
+    case 1: in->sight.Horizontal += qv_chance(g, 2) ? 1.5 : 0.5; break;
+    case 2: in->sight.Horizontal = qv_angle(g); break;
+    case 3: in->sight.Zenith = qv_chance(g, 2) ? 324000.0 : qv_angle(g); break;
+    default: break;
+    }
+}
+
+static int splane_call(const void* in_, void* out_)
+{
+    const struct splane_in* in = in_;
+    struct splane_out* out = out_;
+    return QV_FN(LIB_SPlane)(&in->station, &in->sight, in->plane, &out->record);
+}
+
+/* ---- LIB_ArcCalc ------------------------------------------------------------ */
+
+struct arc_in {
+    StationRecord station;
+    ArcDefinition arc;
+    unsigned char mode;
+    unsigned char pad[7];
+};
+struct arc_out {
+    ArcResult record;
+};
+
+static void arc_generate(qv_gen* g, void* in_)
+{
+    struct arc_in* in = in_;
+    SurveyPoint at;
+    SurveyPoint centre;
+    SurveyPoint target;
+    SurveyPoint* on_arc[3];
+    const double radius = qv_chance(g, 8) ? qv_uniform(g, 0.5, 5.0) : qv_uniform(g, 5.0, 500.0);
+    const double sense = qv_chance(g, 2) ? 1.0 : -1.0;
+    double bearing = qv_uniform(g, 0.0, 6.283185307179586);
+    unsigned k;
+    in->station = setup_station(g);
+    at = station_point(&in->station);
+    /* the station inside the circle or outside it */
+    centre = point_around(g, &at, 0.0, qv_chance(g, 2) ? radius * 0.9 : radius * 3.0);
+    on_arc[0] = &in->arc.P1;
+    on_arc[1] = &in->arc.P2;
+    on_arc[2] = &in->arc.P3;
+    for (k = 0; k < 3; ++k) {
+        on_arc[k]->X = centre.X + cos(bearing) * radius;
+        on_arc[k]->Y = centre.Y + sin(bearing) * radius;
+        on_arc[k]->H = centre.H + qv_uniform(g, -2.0, 2.0);
+        bearing += sense * qv_uniform(g, 0.1, 2.0);
+    }
+    /* which side of the chord P1->P2 the centre lies on decides the sign;
+     * a wrong sign now and then gives the mirrored circle */
+    in->arc.Radius = radius;
+    if (((in->arc.P2.X - in->arc.P1.X) * (centre.Y - in->arc.P1.Y) -
+         (in->arc.P2.Y - in->arc.P1.Y) * (centre.X - in->arc.P1.X)) < 0.0) {
+        in->arc.Radius = -radius;
+    }
+    if (qv_chance(g, 8)) {
+        in->arc.Radius = -in->arc.Radius;
+    }
+    bearing = qv_uniform(g, 0.0, 6.283185307179586);
+    target.X = centre.X + cos(bearing) * radius;
+    target.Y = centre.Y + sin(bearing) * radius;
+    target.H = at.H + qv_uniform(g, -10.0, 20.0);
+    in->arc.Sight = sight_to(&in->station, &target, qv_chance(g, 3));
+    in->arc.Sight.Value = qv_length(g);
+    switch (qv_below(g, 20)) {
+    case 0: in->arc.P2 = in->arc.P1; break;
+    case 1: in->arc.P3 = in->arc.P2; break;
+    case 2:
+        /* three points on one line */
+        in->arc.P3.X = in->arc.P1.X + (in->arc.P2.X - in->arc.P1.X) * 2.0;
+        in->arc.P3.Y = in->arc.P1.Y + (in->arc.P2.Y - in->arc.P1.Y) * 2.0;
+        break;
+    case 3: in->arc.Radius = qv_chance(g, 2) ? 0.0 : qv_special(g); break;
+    case 4: in->arc.Radius = in->arc.Radius * 0.01; break; /* shorter than half the chord */
+    case 5: in->arc.Sight.Zenith = qv_chance(g, 2) ? 0.0 : 648000.0; break;
+    case 6: in->arc.Sight.Horizontal = qv_angle(g); break;
+    case 7: in->arc.Sight.Zenith = qv_angle(g); break;
+    case 8: in->arc.P1.X = qv_special(g); break;
+    default: break;
+    }
+    in->mode = qv_byte(g, mode_bytes, 6);
+}
+
+static int arc_call(const void* in_, void* out_)
+{
+    const struct arc_in* in = in_;
+    struct arc_out* out = out_;
+    return QV_FN(LIB_ArcCalc)(&in->station, &in->arc, &out->record, in->mode);
+}
+
+/* ---- the family ---------------------------------------------------------------- */
+
+#define PROJECTION "FootX:d FootY:d FootH:d Across:d Along:d LineDH:d"
+#define PLANE_HIT "X:d Y:d H:d SightDistance:d PlaneAlong:d PlaneOffset:d"
+
+static const qv_function functions[] = {
+    QV_FUNCTION(LIB_RESA2D, resa2d, "distances:d20", 128),
+    QV_FUNCTION(LIB_RESDist, resdist, "X:d Y:d H:d mX:d mY:d mH:d Orientation:w", 128),
+    QV_FUNCTION(LIB_RESSetAngle, setangle, "orientation:d azimuth:d", 0),
+    QV_FUNCTION(LIB_BaseLine, baseline, "Spare1:d HorizontalDistance:d Spare3:d Grade:d Azimuth:d",
+                0),
+    QV_FUNCTION(LIB_Project, project, PROJECTION, 0),
+    QV_FUNCTION(LIB_LSO_Point, lsopoint, "X:d Y:d H:d", 0),
+    QV_FUNCTION(LIB_LSO_Line, lsoline, PROJECTION, 0),
+    QV_FUNCTION(LIB_VPlane, vplane, PLANE_HIT, 0),
+    QV_FUNCTION(LIB_SPlane, splane, PLANE_HIT, 0),
+    QV_FUNCTION(LIB_ArcCalc, arc,
+                "CentreX:d CentreY:d Radius:d X:d Y:d H:d HorizontalDistance:d SightDistance:d "
+                "ArcLength:d",
+                0),
+};
+
+const qv_family qv_family_setup = {"setup", functions, QV_COUNT(functions)};
