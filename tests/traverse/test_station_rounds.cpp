@@ -26,6 +26,26 @@ RoundObservation clean_round()
             {668000.0, 976000.0, 80.0, {}}};
 }
 
+// One reading of one round set to a value.
+struct Edit {
+    int round;
+    TargetReading RoundObservation::*pointing;
+    double TargetReading::*field;
+    double value;
+};
+const auto F1T1 = &RoundObservation::Face1Target1, F1T2 = &RoundObservation::Face1Target2;
+const auto F2T1 = &RoundObservation::Face2Target1, F2T2 = &RoundObservation::Face2Target2;
+const auto HZ = &TargetReading::Hz, V = &TargetReading::V;
+
+Rounds edited(int count, const std::vector<Edit>& edits)
+{
+    Rounds rounds(count, clean_round());
+    for (const Edit& e : edits) {
+        (rounds[e.round].*e.pointing).*e.field = e.value;
+    }
+    return rounds;
+}
+
 SMR record(std::int32_t mode, double tolerance = 1000.0)
 {
     SMR r = qtest::sentinel_filled<SMR>();
@@ -145,15 +165,6 @@ TEST(StationRounds, AbsoluteFaceMeansRawFaceIMeansAndPointsOutOfRange)
 // every output is written either way.
 TEST(StationRounds, ToleranceAtAndJustAboveItsLimit)
 {
-    struct Edit {
-        int round;
-        TargetReading RoundObservation::*pointing;
-        double TargetReading::*field;
-        double value;
-    };
-    const auto F1T1 = &RoundObservation::Face1Target1, F1T2 = &RoundObservation::Face1Target2;
-    const auto F2T1 = &RoundObservation::Face2Target1, F2T2 = &RoundObservation::Face2Target2;
-    const auto HZ = &TargetReading::Hz, V = &TargetReading::V;
     struct Case {
         const char* name;
         std::int32_t mode;
@@ -188,10 +199,7 @@ TEST(StationRounds, ToleranceAtAndJustAboveItsLimit)
     };
     // clang-format on
     for (const Case& c : cases) {
-        Rounds rounds(c.rounds, clean_round());
-        for (const Edit& e : c.edits) {
-            (rounds[e.round].*e.pointing).*e.field = e.value;
-        }
+        const Rounds rounds = edited(c.rounds, c.edits);
         for (double limit : {c.quantity, std::nextafter(c.quantity, 0.0)}) {
             const bool fails = limit < c.quantity;
             SMR r = record(c.mode);
@@ -204,58 +212,49 @@ TEST(StationRounds, ToleranceAtAndJustAboveItsLimit)
     }
 }
 
-// A not-a-number reading fails every comparison, so it never widens a
-// spread; in the first round it leaves the extremes undefined for good.
-TEST(StationRounds, NotANumberInASpread)
+// Only the first failure is kept, in the order the tests run and the rounds
+// come; skipped tests never fail. A not-a-number reading fails every
+// comparison, so it never widens a spread, and in the first round it leaves
+// the extremes undefined for good.
+TEST(StationRounds, WhichFailureIsRecorded)
 {
     const double N = qtest::NaN;
-    const double cases[][4] = {// raw face I zenith readings of three rounds, flag
-                               {300000.0, N, 300000.0, 0},
-                               {300000.0, N, 300002.0, 2},
-                               {N, 300000.0, 300002.0, 0}};
-    for (const auto& c : cases) {
-        Rounds rounds(3, clean_round());
-        for (int i = 0; i < 3; ++i) {
-            rounds[i].Face1Target1.V = c[i];
-        }
-        SMR r = record(0, 1.0);
-        EXPECT_EQ(LIB_STAMultCycleCal(rounds.data(), 3, &r), c[3] == 0 ? 0 : 1);
-        EXPECT_EQ(r.ErrorFlag, c[3]);
+    struct Case {
+        const char* name;
+        std::int32_t mode;
+        int rounds;
+        double tolerance;
+        std::int32_t skip;
+        std::vector<Edit> edits;
+        std::int32_t flag;
+    };
+    // clang-format off
+    const Case cases[] = {
+        {"index error before face angle", 2, 1, 5.0, 0,
+         {{0, F2T1, V, 996020.0}, {0, F2T2, HZ, 667980.0}}, 1},
+        {"face angle in round 1, index error in round 2", 2, 2, 15.0, 0,
+         {{0, F2T2, HZ, 667980.0}, {1, F2T1, V, 996020.0}, {1, F1T1, V, 299980.0}}, 3},
+        {"skipped", 2, 2, 0.0, 1, {{0, F2T1, V, 996020.0}, {1, F1T1, HZ, 0.0}}, 0},
+        {"skipped, any non-zero", 2, 2, 0.0, -1, {{0, F2T1, V, 996020.0}}, 0},
+        {"not-a-number between", 0, 3, 1.0, 0, {{1, F1T1, V, N}}, 0},
+        {"not-a-number, then a spread", 0, 3, 1.0, 0, {{1, F1T1, V, N}, {2, F1T1, V, 300002.0}}, 2},
+        {"not-a-number first", 0, 3, 1.0, 0, {{0, F1T1, V, N}, {2, F1T1, V, 300002.0}}, 0},
+    };
+    // clang-format on
+    for (const Case& c : cases) {
+        const Rounds rounds = edited(c.rounds, c.edits);
+        SMR r = record(c.mode, c.tolerance);
+        r.SkipChecks = c.skip;
+        EXPECT_EQ(LIB_STAMultCycleCal(rounds.data(), c.rounds, &r), c.flag == 0 ? 0 : 1) << c.name;
+        EXPECT_EQ(r.ErrorFlag, c.flag) << c.name;
     }
 }
 
-TEST(StationRounds, FirstFailureIsKept)
+TEST(StationRounds, ModeThreeIsModeTwo)
 {
-    // Index error and face angle fail in one round: the index error is kept.
-    Rounds rounds = {clean_round(), clean_round()};
-    rounds[0].Face2Target1.V += 20.0;
-    rounds[0].Face2Target2.Hz -= 20.0;
-    SMR r = record(2, 5.0);
-    EXPECT_EQ(LIB_STAMultCycleCal(rounds.data(), 1, &r), 1);
-    EXPECT_EQ(r.ErrorFlag, 1);
-    // A face angle failure in round 1 stays when round 2 fails the index
-    // error (the zenith face mean of round 2 unchanged).
-    rounds[0] = clean_round();
-    rounds[0].Face2Target2.Hz -= 20.0;
-    rounds[1].Face2Target1.V += 20.0;
-    rounds[1].Face1Target1.V -= 20.0;
-    r = record(2, 15.0);
-    EXPECT_EQ(LIB_STAMultCycleCal(rounds.data(), 2, &r), 1);
-    EXPECT_EQ(r.ErrorFlag, 3);
-}
-
-TEST(StationRounds, SkippedChecksNeverFailAndModeThreeIsModeTwo)
-{
-    Rounds rounds(3, clean_round());
-    rounds[1].Face1Target2.Hz += 3.0;
-    rounds[2].Face2Target1.V -= 4.0;
-    rounds[2].Face2Target2.SlopeDist = 80.123;
-    for (std::int32_t skip : {1, -1}) {
-        SMR r = record(2, 0.0);
-        r.SkipChecks = skip;
-        EXPECT_EQ(LIB_STAMultCycleCal(rounds.data(), 3, &r), 0);
-        EXPECT_EQ(r.ErrorFlag, 0);
-    }
+    const Rounds rounds = edited(3, {{1, F1T2, HZ, 20003.0},
+                                     {2, F2T1, V, 995996.0},
+                                     {2, F2T2, &TargetReading::SlopeDist, 80.123}});
     SMR two = record(2, 2.0);
     SMR three = record(3, 2.0);
     EXPECT_EQ(LIB_STAMultCycleCal(rounds.data(), 3, &two), 1);

@@ -211,50 +211,23 @@ TEST(TraverseRounds, PolygonHalfCirclesCountedIn32Bits)
     EXPECT_BITS(result.AngularMisclosure, -624704.0);
 }
 
-TEST(TraverseRounds, DistributionRules)
+TEST(TraverseRounds, DistributionAndHeightRules)
 {
     // E is found 0.03 m further north and 0.03 m higher than the legs lead.
+    // Coordinates start from the first station's record, 1000 m above A;
+    // where no rule writes them, the adjusted increments are the caller's.
     OutAndBack t;
     t.e = {t.e.X + 0.03, t.e.Y, t.e.H + 0.03};
-    struct Case {
-        std::int32_t rule;
-        double corr_x[2];
-        double short_of_e;
-    };
-    const Case cases[] = {
-        {0, {0.02, 0.01}, 0.0}, // by length: fully distributed
-        // By increment: the signed increment weighs, the absolute sum divides,
-        // so the southward leg is corrected the wrong way.
-        {1, {0.02, -0.01}, 0.02},
-    };
-    for (const Case& rule : cases) {
-        Stations s = stations(t.legs, t.a);
-        TraverseControl c = t.control_of(3);
-        c.DistributionRule = rule.rule;
-        TraverseResult result;
-        ASSERT_EQ(LIB_TRSMultCycleCal(s.data(), 3, &c, &result), 0);
-        EXPECT_NEAR(result.Fx, -0.03, 1e-12);
-        EXPECT_NEAR(result.LinearMisclosure, 0.03, 1e-12);
-        EXPECT_NEAR(result.Relative, 0.0002, 1e-15);
-        EXPECT_NEAR(result.HeightRatio, -0.0002, 1e-15);
-        for (int i = 0; i < 2; ++i) {
-            EXPECT_NEAR(s[i].CorrX, rule.corr_x[i], 1e-12);
-            EXPECT_NEAR(s[i].CorrH, 0.01, 1e-15); // a third each: one share stays
-        }
-        EXPECT_NEAR(s[1].LegEnd.X, t.e.X - rule.short_of_e, 1e-12);
-        EXPECT_NEAR(s[1].LegEnd.H, t.e.H - 0.01, 1e-12);
-    }
-}
-
-TEST(TraverseRounds, RulesThatWriteNothingLeaveTheCallersIncrements)
-{
-    // Coordinates start from the first station's record, here 1000 m above A.
-    const OutAndBack t;
+    const double e_x = t.e.X, e_h = t.e.H + 1000.0;
     const double cases[][4] = {
         // plan rule, height rule, X and H at E
-        {0, 1, t.e.X, 1100.0}, // adjusted heights become 0
-        {0, 2, t.e.X, 1114.0}, // heights as held, 7 m a leg
-        {2, 0, 2.5, 1114.0},   // no plan rule: nothing corrected
+        {0, 0, e_x, e_h - 0.01}, // by length; heights a third each, one share stays
+        // By increment: the signed increment weighs, the absolute sum divides,
+        // so the southward leg is corrected the wrong way.
+        {1, 0, e_x - 0.02, e_h - 0.01},
+        {0, 1, e_x, 1100.0},        // adjusted heights become 0
+        {1, 2, e_x - 0.02, 1114.0}, // heights as held, 7 m a leg
+        {2, 0, 2.5, 1114.0},        // no plan rule: nothing corrected
         {-1, 1, 2.5, 1114.0},
     };
     for (const auto& c : cases) {
@@ -264,14 +237,19 @@ TEST(TraverseRounds, RulesThatWriteNothingLeaveTheCallersIncrements)
             station.AdjDeltaY = 0.0;
             station.AdjDeltaH = 7.0;
         }
-        TraverseControl control = t.control_of(2);
+        TraverseControl control = t.control_of(3);
         control.DistributionRule = static_cast<std::int32_t>(c[0]);
         control.HeightRule = static_cast<std::int32_t>(c[1]);
         TraverseResult result;
         ASSERT_EQ(LIB_TRSMultCycleCal(s.data(), 3, &control, &result), 0);
-        EXPECT_BITS(s[1].LegEnd.X, c[2]) << c[0] << c[1];
-        EXPECT_BITS(s[1].LegEnd.H, c[3]) << c[0] << c[1];
-        EXPECT_EQ(qtest::untouched(s[0].CorrX), c[0] != 0);
-        EXPECT_EQ(qtest::untouched(s[0].CorrH), c[0] != 0 || c[1] == 2);
+        EXPECT_NEAR(result.Fx, -0.03, 1e-12);
+        EXPECT_NEAR(result.LinearMisclosure, 0.03, 1e-12);
+        EXPECT_NEAR(result.Relative, 0.0002, 1e-15);
+        EXPECT_NEAR(result.HeightRatio, -0.0002, 1e-15);
+        EXPECT_NEAR(s[1].LegEnd.X, c[2], 1e-12) << c[0] << c[1];
+        EXPECT_NEAR(s[1].LegEnd.H, c[3], 1e-12) << c[0] << c[1];
+        const bool plan = c[0] == 0 || c[0] == 1;
+        EXPECT_EQ(qtest::untouched(s[0].CorrX), !plan);
+        EXPECT_EQ(qtest::untouched(s[0].CorrH), !plan || c[1] == 2);
     }
 }
