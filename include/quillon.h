@@ -1223,8 +1223,9 @@ QUILLON_API ResultCode LIB_STAMultCycleCal(const RoundObservation* rounds, uint3
 
 /* ---- multi-round traverse ------------------------------------------------ */
 
-/** One station of a multi-round traverse: its first 20 doubles are those
- *  of the station's StaMultiResult (target 1 forward, target 2 backward). */
+/** One station of a multi-round traverse: its 36 doubles lie where the
+ *  leading 36 doubles of the station's StaMultiResult lie (target 1 forward,
+ *  target 2 backward), so that record can be copied in as it stands. */
 typedef struct TraverseStation {
     double MeanHz1;           /**< mean direction to the forward station, arc-seconds */
     double MeanV1;            /**< mean zenith angle to the forward station, arc-seconds */
@@ -1294,7 +1295,9 @@ typedef struct TraverseResult {
  *  2), leg azimuths from the azimuth B -> A, increments, plan and height
  *  closure on the end point (types 0 to 3), distribution of the
  *  misclosures and the coordinates of every station, accumulated from the
- *  first station's StationPoint.
+ *  first station's StationPoint (not from A) by the adjusted increments as
+ *  they stand: a rule that writes no correction leaves the caller's values
+ *  there; the open traverse (type 4) fills them with the plain increments.
  *  @param stations n stations in traverse order (n - 1 legs)
  *  @param n        number of stations, at least 2
  *  @param control  rules, traverse type and known points
@@ -1609,11 +1612,17 @@ QUILLON_LAYOUT(StaMultiResult, Scale, QUILLON_STA_SCALE_AT);
 
 QUILLON_SIZE(TraverseStation, 288);
 QUILLON_LAYOUT(TraverseStation, MeanHz1, 0);
+QUILLON_LAYOUT(TraverseStation, MeanV1, 8);
+QUILLON_LAYOUT(TraverseStation, MeanSlope1, 16);
 QUILLON_LAYOUT(TraverseStation, HorizDist1, 24);
 QUILLON_LAYOUT(TraverseStation, VertDiff1, 32);
 QUILLON_LAYOUT(TraverseStation, Point1, 40);
 QUILLON_LAYOUT(TraverseStation, HeightDiff1, 64);
 QUILLON_LAYOUT(TraverseStation, MeanHz2, 72);
+QUILLON_LAYOUT(TraverseStation, MeanV2, 80);
+QUILLON_LAYOUT(TraverseStation, MeanSlope2, 88);
+QUILLON_LAYOUT(TraverseStation, HorizDist2, 96);
+QUILLON_LAYOUT(TraverseStation, VertDiff2, 104);
 QUILLON_LAYOUT(TraverseStation, Point2, 112);
 QUILLON_LAYOUT(TraverseStation, HeightDiff2, 136);
 QUILLON_LAYOUT(TraverseStation, Angle12, 144);

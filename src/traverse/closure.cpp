@@ -91,10 +91,7 @@ void close_angles_loop(TraverseLeg* legs, unsigned int n, TraverseClosure* resul
 {
     double angle_sum = 0.0;
     for (unsigned int i = 0; i < n; ++i) {
-        double a = legs[i].ForeDirection - legs[i].BackDirection;
-        if (a < 0.0) {
-            a = a + FULL_CIRCLE;
-        }
+        const double a = turned_if_negative(legs[i].ForeDirection - legs[i].BackDirection);
         angle_sum = angle_sum + a;
     }
     // For a single leg the polygon sum is -648000.

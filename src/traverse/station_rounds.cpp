@@ -1,6 +1,6 @@
 // Reduction of face I / face II direction sets observed in several rounds
 // from one station to one or two targets, with the field tolerance tests.
-#include "../core/core.hpp"
+#include "traverse.hpp"
 
 using namespace quillon;
 
@@ -61,14 +61,7 @@ double unwrapped_mean_direction(const Pointings& p)
     return ((p.face2.Hz - HALF_CIRCLE) + p.face1.Hz) * 0.5;
 }
 
-double angle_between(double first, double second)
-{
-    double angle = first - second;
-    if (angle < 0.0) {
-        angle = angle + FULL_CIRCLE;
-    }
-    return angle;
-}
+double angle_between(double first, double second) { return turned_if_negative(first - second); }
 
 // Running maximum minus running minimum of a per-round value; the first
 // round sets both.
@@ -301,10 +294,7 @@ ResultCode LIB_STAMultCycleCal(const RoundObservation* rounds, std::uint32_t n,
     const TargetResult target1 = reduce_target(*result, direction1, zenith1, slope1);
     write_target1(result, target1);
     if (mode != ONE_TARGET) {
-        double angle12 = direction1 - direction2;
-        if (angle12 < 0.0) {
-            angle12 = angle12 + FULL_CIRCLE;
-        }
+        const double angle12 = angle_between(direction1, direction2);
         const TargetResult target2 = reduce_target(*result, direction2, zenith2, slope2);
         write_target2(result, target2);
         result->Angle12 = angle12;

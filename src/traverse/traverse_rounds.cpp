@@ -148,10 +148,7 @@ ResultCode adjust_traverse(TraverseStation* stations, std::uint32_t n,
     // value can run past a full circle; only a negative one is turned.
     double azimuth = start_azimuth;
     for (std::uint32_t i = 0; i < n; ++i) {
-        azimuth = (azimuth - HALF_CIRCLE) + work[i].corrected;
-        if (azimuth < 0.0) {
-            azimuth = azimuth + FULL_CIRCLE;
-        }
+        azimuth = turned_if_negative((azimuth - HALF_CIRCLE) + work[i].corrected);
         stations[i].Azimuth = azimuth;
     }
 
