@@ -866,7 +866,9 @@ QUILLON_API ResultCode LIB_CalWay_H_Cross_MainPoint(CrossPoint* polygon, unsigne
  *  points; the Radius of inner points is not validated; and when m >= 3 and
  *  the first inner point's Radius is exactly 0 the table is the two
  *  straights polygon[0] -> polygon[1] -> polygon[2] from polygon[0].Chainage
- *  and an end record at polygon[2] (*record_count 3). */
+ *  and an end record at polygon[2] (*record_count 3); there the status of
+ *  LIB_CalAZ or LIB_Cal2PointDist is passed on and a chainage out of range
+ *  gives 2, with the lines built so far left written. */
 QUILLON_API ResultCode LIB_CalWay_H_Cross_MainPoint_Full(CrossPoint* polygon, unsigned char m,
                                                          HElement* table, uint32_t* record_count);
 
@@ -893,10 +895,10 @@ QUILLON_API ResultCode LIB_CalWay_H_On(const HElement* table, unsigned char n, d
 
 /** Pile list: the m chainages of the list (ascending, first the start,
  *  last the end; m at most 81) plus piles every interval (m) from the first
- *  whole multiple of the interval (mode 0) or from the start chainage
- *  (mode 1), sorted, with entries within 0.001 of their predecessor removed
- *  in one pass (the vacated tail slots hold -1.0). The output needs room for
- *  81 values. Interval 0 copies the list. Returns 0; 1 for a chainage out of
+ *  whole multiple of the interval (mode 0), from the start chainage
+ *  (mode 1) or from 0 (any other mode), sorted, with entries within 0.001
+ *  of their predecessor removed in one pass (the vacated tail slots hold
+ *  -1.0). The output needs room for 81 values. Interval 0 copies the list. Returns 0; 1 for a chainage out of
  *  range, an interval outside [0, 99999999.9999], m > 81, or m = 0 with a
  *  positive interval (output unchanged); 4 when the list would exceed 80
  *  entries (the list so far, unsorted, and its count written). */

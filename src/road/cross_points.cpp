@@ -55,46 +55,84 @@ bool polygon_valid(const CrossPoint* polygon, unsigned int m, bool check_radius)
     return true;
 }
 
+// Where the walk along the polygon stands: the running point Q, the azimuth
+// there, its chainage and the number of records emitted so far.
+struct Walk {
+    PlanePoint position;
+    double azimuth;
+    double chainage;
+    unsigned int k;
+};
+
 // The table is full: the last element so far becomes the end mark.
-ResultCode table_full(HElement* table, unsigned int k, uint32_t* record_count)
+ResultCode table_full(HElement* table, const Walk& walk, uint32_t* record_count)
 {
-    *record_count = k;
-    table[k - 1].Type = END_RECORD;
+    *record_count = walk.k;
+    table[walk.k - 1].Type = END_RECORD;
     return TABLE;
 }
 
-// Writes the start fields of a new element; the other fields of the record
-// stay as the caller's buffer had them unless the element sets them.
-HElement& emit(HElement* table, unsigned int k, unsigned char type, double X, double Y,
-               double azimuth, double length, double chainage)
+// Writes the start fields of a new element at the walk's position; the other
+// fields of the record stay as the caller's buffer had them unless the
+// element sets them.
+HElement& emit(HElement* table, Walk& walk, unsigned char type, double length)
 {
-    HElement& element = table[k];
+    HElement& element = table[walk.k];
     element.Type = type;
-    element.X = X;
-    element.Y = Y;
-    element.Azimuth = azimuth;
+    element.X = walk.position.X;
+    element.Y = walk.position.Y;
+    element.Azimuth = walk.azimuth;
     element.Length = length;
-    element.Chainage = chainage;
+    element.Chainage = walk.chainage;
+    walk.k = walk.k + 1;
     return element;
+}
+
+HElement& emit_curve(HElement* table, Walk& walk, unsigned char type, double length, double radius,
+                     unsigned char turn)
+{
+    HElement& element = emit(table, walk, type, length);
+    element.Radius = radius;
+    element.Turn = turn;
+    return element;
+}
+
+ResultCode advance(Walk& walk, double length)
+{
+    walk.chainage = walk.chainage + length;
+    return in_range(walk.chainage) ? OK : RANGE;
+}
+
+using AzimuthAt = ResultCode (*)(const HElement*, double, double*);
+using PointAt = ResultCode (*)(const HElement*, double, PlanePoint*);
+
+// An element just emitted is followed to its end: the forward azimuth there
+// first, then the end point, both carried on by the walk.
+ResultCode follow(const HElement& element, AzimuthAt azimuth_at, PointAt point_at, Walk& walk)
+{
+    ResultCode status = azimuth_at(&element, element.Length, &walk.azimuth);
+    if (status != OK) {
+        return status;
+    }
+    status = point_at(&element, element.Length, &walk.position);
+    if (status != OK) {
+        return status;
+    }
+    return advance(walk, element.Length);
 }
 
 // Walk of the polygon shared by both builders, once the polygon is valid.
 ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* table,
                               uint32_t* record_count)
 {
-    double QX = polygon[0].X;
-    double QY = polygon[0].Y;
-    unsigned int k = 0;
-    double chainage = 0.0;
-    // The azimuth carried from one curve's end to the next straight.
-    double exit_azimuth = 0.0;
+    Walk walk{{polygon[0].X, polygon[0].Y}, 0.0, 0.0, 0};
     ResultCode status = OK;
 
     if (m < 3) {
         // A single straight: its direction is the join of the two points.
         const SurveyPoint first = plan_point(polygon[0]);
         const SurveyPoint last = plan_point(polygon[m - 1]);
-        status = LIB_CalAZ(&first, &last, &exit_azimuth);
+        status = LIB_CalAZ(&first, &last, &walk.azimuth);
         if (status != OK) {
             return status;
         }
@@ -102,7 +140,7 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
 
     for (unsigned int i = 1; i + 1 < m; ++i) {
         CrossPoint& point = polygon[i];
-        const SurveyPoint Q = plan_point(QX, QY);
+        const SurveyPoint Q = plan_point(walk.position.X, walk.position.Y);
         const SurveyPoint P = plan_point(point);
 
         double d = 0.0;
@@ -111,20 +149,19 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
             return status;
         }
 
-        double straight_azimuth = 0.0;
         if (i == 1) {
             // The start chainage is fixed by the first intersection point.
-            chainage = point.Chainage - d;
-            if (!in_range(chainage)) {
+            walk.chainage = point.Chainage - d;
+            if (!in_range(walk.chainage)) {
                 return RANGE;
             }
-            status = LIB_CalAZ(&Q, &P, &straight_azimuth);
+            status = LIB_CalAZ(&Q, &P, &walk.azimuth);
             if (status != OK) {
                 return status;
             }
-        } else {
-            straight_azimuth = exit_azimuth;
         }
+        // Later straights leave in the exit azimuth of the curve before.
+        const double straight_azimuth = walk.azimuth;
 
         const SurveyPoint corner[3] = {Q, P, plan_point(polygon[i + 1])};
         status = LIB_CalWay_H_Cross_TurnAngle(corner, &point.TurnAngle);
@@ -141,11 +178,10 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
         // Straight up to the curve; one shorter than the tolerance is left out.
         const double s = d - lengths.EntryTangent;
         if (s >= CHAINAGE_TOLERANCE) {
-            if (k > TABLE_RECORDS - 1) {
-                return table_full(table, k, record_count);
+            if (walk.k > TABLE_RECORDS - 1) {
+                return table_full(table, walk, record_count);
             }
-            emit(table, k, LINE, QX, QY, straight_azimuth, s, chainage);
-            k = k + 1;
+            emit(table, walk, LINE, s);
         }
 
         // Straight-to-curve point, set back from the intersection point.
@@ -155,77 +191,47 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
         if (!in_range(ZX) || !in_range(ZY)) {
             return RANGE;
         }
-        QX = ZX;
-        QY = ZY;
-        chainage = chainage + s;
-        if (!in_range(chainage)) {
-            return RANGE;
+        walk.position.X = ZX;
+        walk.position.Y = ZY;
+        status = advance(walk, s);
+        if (status != OK) {
+            return status;
         }
 
-        double a = straight_azimuth;
         if (point.EntryLength >= CHAINAGE_TOLERANCE) {
-            if (k > TABLE_RECORDS - 1) {
-                return table_full(table, k, record_count);
+            if (walk.k > TABLE_RECORDS - 1) {
+                return table_full(table, walk, record_count);
             }
-            HElement& entry = emit(table, k, TRANSITION, QX, QY, a, point.EntryLength, chainage);
-            entry.Radius = point.Radius;
-            entry.Turn = turn;
+            HElement& entry =
+                emit_curve(table, walk, TRANSITION, point.EntryLength, point.Radius, turn);
             entry.Spiral = ENTRY;
-            status = LIB_CalWay_H_Curve_AZ(&entry, entry.Length, &a);
+            status = follow(entry, LIB_CalWay_H_Curve_AZ, LIB_CalWay_H_Curve_On, walk);
             if (status != OK) {
                 return status;
             }
-            PlanePoint end;
-            status = LIB_CalWay_H_Curve_On(&entry, entry.Length, &end);
-            if (status != OK) {
-                return status;
-            }
-            QX = end.X;
-            QY = end.Y;
-            chainage = chainage + point.EntryLength;
-            if (!in_range(chainage)) {
-                return RANGE;
-            }
-            k = k + 1;
         }
 
-        if (k > TABLE_RECORDS - 1) {
-            return table_full(table, k, record_count);
+        if (walk.k > TABLE_RECORDS - 1) {
+            return table_full(table, walk, record_count);
         }
         // The arc keeps whatever Spiral byte the buffer held.
-        HElement& arc = emit(table, k, ARC, QX, QY, a, lengths.ArcLength, chainage);
-        arc.Radius = point.Radius;
-        arc.Turn = turn;
-        status = LIB_CalWay_H_Circle_AZ(&arc, arc.Length, &a);
+        const HElement& arc = emit_curve(table, walk, ARC, lengths.ArcLength, point.Radius, turn);
+        status = follow(arc, LIB_CalWay_H_Circle_AZ, LIB_CalWay_H_Circle_On, walk);
         if (status != OK) {
             return status;
         }
-        PlanePoint arc_end;
-        status = LIB_CalWay_H_Circle_On(&arc, arc.Length, &arc_end);
-        if (status != OK) {
-            return status;
-        }
-        QX = arc_end.X;
-        QY = arc_end.Y;
-        chainage = chainage + lengths.ArcLength;
-        if (!in_range(chainage)) {
-            return RANGE;
-        }
-        k = k + 1;
 
         if (point.ExitLength >= CHAINAGE_TOLERANCE) {
-            if (k > TABLE_RECORDS - 1) {
-                return table_full(table, k, record_count);
+            if (walk.k > TABLE_RECORDS - 1) {
+                return table_full(table, walk, record_count);
             }
             // Recorded by its start; it is not evaluated here.
-            HElement& exit = emit(table, k, TRANSITION, QX, QY, a, point.ExitLength, chainage);
-            exit.Radius = point.Radius;
-            exit.Turn = turn;
+            HElement& exit =
+                emit_curve(table, walk, TRANSITION, point.ExitLength, point.Radius, turn);
             exit.Spiral = EXIT;
-            k = k + 1;
-            chainage = chainage + point.ExitLength;
-            if (!in_range(chainage)) {
-                return RANGE;
+            status = advance(walk, point.ExitLength);
+            if (status != OK) {
+                return status;
             }
         }
 
@@ -244,14 +250,15 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
         if (!in_range(HX) || !in_range(HY)) {
             return RANGE;
         }
-        QX = HX;
-        QY = HY;
-        exit_azimuth = b;
+        walk.position.X = HX;
+        walk.position.Y = HY;
+        walk.azimuth = b;
     }
 
-    // Final straight to the last point.
+    // Final straight to the last point, in the azimuth carried from the
+    // last curve.
     const CrossPoint& E = polygon[m - 1];
-    const SurveyPoint Q = plan_point(QX, QY);
+    const SurveyPoint Q = plan_point(walk.position.X, walk.position.Y);
     const SurveyPoint end_point = plan_point(E);
     double d = 0.0;
     status = LIB_Cal2PointDist(&Q, &end_point, &d, 0);
@@ -259,27 +266,26 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
         return status;
     }
     if (d >= CHAINAGE_TOLERANCE) {
-        if (k >= TABLE_RECORDS) {
-            return table_full(table, k, record_count);
+        if (walk.k >= TABLE_RECORDS) {
+            return table_full(table, walk, record_count);
         }
-        emit(table, k, LINE, QX, QY, exit_azimuth, d, chainage);
-        k = k + 1;
-        chainage = chainage + d;
-        if (!in_range(chainage)) {
-            return RANGE;
+        emit(table, walk, LINE, d);
+        status = advance(walk, d);
+        if (status != OK) {
+            return status;
         }
     }
 
-    if (k >= TABLE_RECORDS) {
-        return table_full(table, k, record_count);
+    if (walk.k >= TABLE_RECORDS) {
+        return table_full(table, walk, record_count);
     }
-    HElement& last = table[k];
+    HElement& last = table[walk.k];
     last.Type = END_RECORD;
     last.X = E.X;
     last.Y = E.Y;
-    last.Azimuth = exit_azimuth;
-    last.Chainage = chainage;
-    *record_count = k + 1;
+    last.Azimuth = walk.azimuth;
+    last.Chainage = walk.chainage;
+    *record_count = walk.k + 1;
     return OK;
 }
 
@@ -287,12 +293,11 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
 // point given without radius.
 ResultCode build_two_straights(const CrossPoint* polygon, HElement* table, uint32_t* record_count)
 {
-    double chainage = polygon[0].Chainage;
-    double azimuth = 0.0;
+    Walk walk{{0.0, 0.0}, 0.0, polygon[0].Chainage, 0};
     for (unsigned int j = 0; j < 2; ++j) {
         const SurveyPoint from = plan_point(polygon[j]);
         const SurveyPoint to = plan_point(polygon[j + 1]);
-        ResultCode status = LIB_CalAZ(&from, &to, &azimuth);
+        ResultCode status = LIB_CalAZ(&from, &to, &walk.azimuth);
         if (status != OK) {
             return status;
         }
@@ -301,21 +306,23 @@ ResultCode build_two_straights(const CrossPoint* polygon, HElement* table, uint3
         if (status != OK) {
             return status;
         }
-        if (!in_range(chainage)) {
+        if (!in_range(walk.chainage)) {
             return RANGE;
         }
-        emit(table, j, LINE, from.X, from.Y, azimuth, length, chainage);
-        chainage = chainage + length;
+        walk.position.X = from.X;
+        walk.position.Y = from.Y;
+        emit(table, walk, LINE, length);
+        walk.chainage = walk.chainage + length;
     }
-    if (!in_range(chainage)) {
+    if (!in_range(walk.chainage)) {
         return RANGE;
     }
     HElement& last = table[2];
     last.Type = END_RECORD;
     last.X = polygon[2].X;
     last.Y = polygon[2].Y;
-    last.Azimuth = azimuth;
-    last.Chainage = chainage;
+    last.Azimuth = walk.azimuth;
+    last.Chainage = walk.chainage;
     *record_count = 3;
     return OK;
 }
