@@ -972,9 +972,9 @@ QUILLON_API ResultCode LIB_CalWay_V_Circle_On(const VElement* element, double ch
  *  count records. More than 0.001 before the start writes 0; more than
  *  0.001 beyond the end writes the end elevation; within 0.001 of a record's
  *  chainage writes that record's elevation; otherwise the element holding K
- *  is evaluated. A table of one record writes nothing.
- *  Returns 0 or the element's status 2 (see the element functions);
- *  4 for count 0 (nothing written). */
+ *  is evaluated. A table of no records reads and writes nothing; one of
+ *  one record answers only before its start or beyond its end.
+ *  Returns 0 or the element's status 2 (see the element functions). */
 QUILLON_API ResultCode LIB_CalWay_V_On(const VElement* table, unsigned char count, double chainage,
                                        double* elevation);
 

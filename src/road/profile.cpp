@@ -311,9 +311,10 @@ ResultCode LIB_CalWay_V_On(const VElement* table, unsigned char count, double ch
                            double* elevation)
 {
     const unsigned int n = count;
-    // An empty table has neither a start nor an end to read.
+    // An empty table has neither a start nor an end to read; like a table of
+    // one record it answers nothing, and it is not an error.
     if (n == 0) {
-        return TABLE;
+        return OK;
     }
     const double K = chainage;
     if (K - table[0].Chainage < -CHAINAGE_TOLERANCE) {
