@@ -898,10 +898,10 @@ QUILLON_API ResultCode LIB_CalWay_H_On(const HElement* table, unsigned char n, d
  *  whole multiple of the interval (mode 0), from the start chainage
  *  (mode 1) or from 0 (any other mode), sorted, with entries within 0.001
  *  of their predecessor removed in one pass (the vacated tail slots hold
- *  -1.0). The output needs room for 81 values. Interval 0 copies the list. Returns 0; 1 for a chainage out of
- *  range, an interval outside [0, 99999999.9999], m > 81, or m = 0 with a
- *  positive interval (output unchanged); 4 when the list would exceed 80
- *  entries (the list so far, unsorted, and its count written). */
+ *  -1.0). The output needs room for 81 values. Interval 0 copies the list. Returns 0; 1 for a
+ * chainage out of range, an interval outside [0, 99999999.9999], m > 81, or m = 0 with a positive
+ * interval (output unchanged); 4 when the list would exceed 80 entries (the list so far, unsorted,
+ * and its count written). */
 QUILLON_API ResultCode LIB_CalWay_Pile(const double* chainages, unsigned char m, double interval,
                                        double* piles, uint32_t* pile_count, unsigned char mode);
 
@@ -972,9 +972,10 @@ QUILLON_API ResultCode LIB_CalWay_V_Circle_On(const VElement* element, double ch
  *  count records. More than 0.001 before the start writes 0; more than
  *  0.001 beyond the end writes the end elevation; within 0.001 of a record's
  *  chainage writes that record's elevation; otherwise the element holding K
- *  is evaluated. A table of no records reads and writes nothing; one of
- *  one record answers only before its start or beyond its end.
- *  Returns 0 or the element's status 2 (see the element functions). */
+ *  is evaluated. A table of one record answers only before its start or
+ *  beyond its end.
+ *  Returns 0 or the element's status 2 (see the element functions); 4 for
+ *  count 0 (elevation unchanged). */
 QUILLON_API ResultCode LIB_CalWay_V_On(const VElement* table, unsigned char count, double chainage,
                                        double* elevation);
 

@@ -311,10 +311,10 @@ ResultCode LIB_CalWay_V_On(const VElement* table, unsigned char count, double ch
                            double* elevation)
 {
     const unsigned int n = count;
-    // An empty table has neither a start nor an end to read; like a table of
-    // one record it answers nothing, and it is not an error.
+    // An empty table has neither a start nor an end to read: a table count
+    // out of its limits, refused as the plan lookup refuses it.
     if (n == 0) {
-        return OK;
+        return TABLE;
     }
     const double K = chainage;
     if (K - table[0].Chainage < -CHAINAGE_TOLERANCE) {
