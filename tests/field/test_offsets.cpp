@@ -263,3 +263,17 @@ TEST(OffsetAngle, PointOutOfRange)
     EXPECT_TRUE(qtest::untouched(out));
     EXPECT_BITS(known.H, 2.0);
 }
+
+TEST(OffsetDist2, SightBeyondTheRangeLimitIsRefused)
+{
+    // Both ends in range, 180000 km apart: the sight's distances are not.
+    const StationRecord s = station_at(-9e7, 0, 0, 1, 1);
+    const SurveyPoint line[] = {{8e7, 0, 0}, {9e7, 0, 0}};
+    DistAngleRecord out = qtest::sentinel_filled<DistAngleRecord>();
+    EXPECT_EQ(LIB_OS_Dist2(&s, line, 0.0, &out), 3);
+    EXPECT_BITS(out.X, 9e7);
+    EXPECT_BITS(out.HorizontalDistance, 1.8e8);
+    EXPECT_BITS(out.SlopeDistance, 1.8e8);
+    EXPECT_BITS(out.HeightDifference, 0.5);
+    EXPECT_TRUE(qtest::untouched(out.Azimuth) && qtest::untouched(out.ZenithAngle));
+}
