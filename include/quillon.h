@@ -350,9 +350,10 @@ QUILLON_API ResultCode LIB_OS_Angle(const StationRecord* station, const Distance
  *  Returns 0; 1 for mode 1 with known plumb over the station, or another
  *  mode (out unchanged); 2 when the measured reference point or the offset
  *  point is out of range (out unchanged when the reference point is; the
- *  offset point X, Y, H written when it is); 3 when the offset point lies
- *  plumb over or under the instrument (point, distances and height
- *  difference written). */
+ *  offset point X, Y, H written when it is); 3 when the point cannot be
+ *  sighted: it lies plumb over or under the instrument, or a distance or the
+ *  height difference of the sight is beyond the range limit (point,
+ *  distances and height difference written). */
 QUILLON_API ResultCode LIB_OS_Dist1(const StationRecord* station, const DistanceRecord* measured,
                                     const double* measured_angle, const SurveyPoint* known,
                                     const double* offsets, DistAngleRecord* out,
@@ -362,8 +363,8 @@ QUILLON_API ResultCode LIB_OS_Dist1(const StationRecord* station, const Distance
  *  at extension metres beyond line[1] (negative: back toward line[0]),
  *  then sighted from the instrument as by LIB_OS_Dist1.
  *  Returns 0; 1 when the line points are identical (out unchanged); 2 when
- *  the point is out of range (out unchanged); 3 when it lies plumb over or
- *  under the instrument (point, distances and height difference written). */
+ *  the point is out of range (out unchanged); 3 when it cannot be sighted,
+ *  as by LIB_OS_Dist1 (point, distances and height difference written). */
 QUILLON_API ResultCode LIB_OS_Dist2(const StationRecord* station, const SurveyPoint* line,
                                     double extension, DistAngleRecord* out);
 

@@ -17,7 +17,9 @@ double turn_reading_half_circle(double reading);
 // point as sighted (target height + point H), with the station's signB as the
 // face byte; the azimuth is turned when the faces differ. The point's X, Y, H
 // fields of out are not touched. Returns 3 when the point lies plumb over or
-// under the instrument (the distances and height difference stay written).
+// under the instrument, or when a distance or the height difference of the
+// sight is beyond the range limit (the distances and height difference stay
+// written in both cases).
 ResultCode sight_offset_point(const StationRecord& station, const SurveyPoint& point,
                               DistAngleRecord* out);
 
