@@ -520,8 +520,9 @@ QUILLON_API ResultCode LIB_CalLineHeight(const SurveyPoint* pts, const AngleObse
  *  non-finite values, which are written as they come.
  *  Returns 0;
  *  1 when the points lie on one line, share X or share Y (nothing written),
- *    or (mode 1) when count is negative or the steps could not reach the end
- *    of the band (radius and centre written even on 1, no pair listed). */
+ *    or (mode 1) when count is negative or the steps, rounded far from the
+ *    origin, would not reach the end of the band within count + 1 pairs
+ *    (radius and centre written even on 1, no pair listed). */
 QUILLON_API ResultCode LIB_CalCircle(const SurveyPoint* pts, double* radius, double* centre,
                                      CirclePointPair* list, int32_t count, unsigned char mode);
 

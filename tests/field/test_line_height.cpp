@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace {
 
@@ -176,4 +177,25 @@ TEST(Circle, EndlessListsAreRefused)
         EXPECT_FALSE(qtest::untouched(radius) || qtest::untouched(centre));
         EXPECT_TRUE(qtest::untouched(list));
     }
+}
+
+TEST(Circle, ListThatWouldOverrunItsRoomIsRefused)
+{
+    // Nearly on one line: the centre lies 4e16 m out, where doubles are 8 m
+    // apart and a step of 1274 m is rounded short. 10000 steps would list
+    // 10016 pairs; the caller made room for 10001.
+    const SurveyPoint pts[3] = {{0.0, 0.0, 0.0}, {1e8, 1e8, 0.0}, {-1e8, -1e8 + 0.5, 0.0}};
+    double radius = qtest::sentinel_double();
+    double centre[2];
+    qtest::fill_sentinel(centre);
+    std::vector<CirclePointPair> list(10020, qtest::sentinel_filled<CirclePointPair>());
+    EXPECT_EQ(LIB_CalCircle(pts, &radius, centre, list.data(), 10000, 1), 1);
+    EXPECT_GT(centre[1], 3.6e16); // written: about 4e16
+    for (const CirclePointPair& pair : list) {
+        ASSERT_TRUE(qtest::untouched(pair));
+    }
+    // 1000 steps of 12740 m reach the end with the 1001st pair: listed.
+    EXPECT_EQ(LIB_CalCircle(pts, &radius, centre, list.data(), 1000, 1), 0);
+    EXPECT_FALSE(qtest::untouched(list[1000]));
+    EXPECT_TRUE(qtest::untouched(list[1001]));
 }
