@@ -462,8 +462,9 @@ QUILLON_API ResultCode LIB_OS_SDist(const StationRecord* station, const Distance
  *  height, signB as the face, the azimuth turned when the faces differ).
  *  Returns 0;
  *  3 when the line runs through the station or the crossing falls on it
- *    (out unchanged), or when the sight to the crossing has no horizontal
- *    distance (X, Y, H, slope and horizontal distance and height difference
+ *    (out unchanged), or when the sight to the crossing fails: no
+ *    horizontal distance, or a distance or height difference beyond the
+ *    range (X, Y, H, slope and horizontal distance and height difference
  *    written even on 3);
  *  5 when the sight meets the line behind the instrument (out unchanged);
  *  2 when the point is out of range, the line runs at constant northing
@@ -541,9 +542,10 @@ QUILLON_API ResultCode LIB_CalCircle(const SurveyPoint* pts, double* radius, dou
  *  Returns 0;
  *  2 when the centre is out of range or not finite (edges coincident, the
  *    third sighting on the bisector or outside the edges); nothing written;
- *  3 when the centre lies plumb under the instrument (out holds the slope
- *    and horizontal distance and height difference, computed_radius
- *    unchanged). */
+ *  3 when the sight to the centre fails: the centre plumb under the
+ *    instrument, or a distance or height difference beyond the range (out
+ *    holds the slope and horizontal distance and height difference,
+ *    computed_radius unchanged). */
 QUILLON_API ResultCode LIB_OS_Round(const StationRecord* station, const DistanceRecord* measured,
                                     const AngleObservation* obs, double radius,
                                     DistAngleRecord* out, double* computed_radius);
