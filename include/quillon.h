@@ -463,8 +463,9 @@ QUILLON_API ResultCode LIB_OS_SDist(const StationRecord* station, const Distance
  *  height, signB as the face, the azimuth turned when the faces differ).
  *  Returns 0;
  *  3 when the line runs through the station or the crossing falls on it
- *    (out unchanged), or when the sight to the crossing has no horizontal
- *    distance (X, Y, H, slope and horizontal distance and height difference
+ *    (out unchanged), or when the sight to the crossing fails: no
+ *    horizontal distance, or a distance or height difference beyond the
+ *    range (X, Y, H, slope and horizontal distance and height difference
  *    written even on 3);
  *  5 when the sight meets the line behind the instrument (out unchanged);
  *  2 when the point is out of range, the line runs at constant northing
@@ -521,8 +522,9 @@ QUILLON_API ResultCode LIB_CalLineHeight(const SurveyPoint* pts, const AngleObse
  *  non-finite values, which are written as they come.
  *  Returns 0;
  *  1 when the points lie on one line, share X or share Y (nothing written),
- *    or (mode 1) when count is negative or the steps could not reach the end
- *    of the band (radius and centre written even on 1, no pair listed). */
+ *    or (mode 1) when count is negative or the steps, rounded far from the
+ *    origin, would not reach the end of the band within count + 1 pairs
+ *    (radius and centre written even on 1, no pair listed). */
 QUILLON_API ResultCode LIB_CalCircle(const SurveyPoint* pts, double* radius, double* centre,
                                      CirclePointPair* list, int32_t count, unsigned char mode);
 
@@ -541,9 +543,10 @@ QUILLON_API ResultCode LIB_CalCircle(const SurveyPoint* pts, double* radius, dou
  *  Returns 0;
  *  2 when the centre is out of range or not finite (edges coincident, the
  *    third sighting on the bisector or outside the edges); nothing written;
- *  3 when the centre lies plumb under the instrument (out holds the slope
- *    and horizontal distance and height difference, computed_radius
- *    unchanged). */
+ *  3 when the sight to the centre fails: the centre plumb under the
+ *    instrument, or a distance or height difference beyond the range (out
+ *    holds the slope and horizontal distance and height difference,
+ *    computed_radius unchanged). */
 QUILLON_API ResultCode LIB_OS_Round(const StationRecord* station, const DistanceRecord* measured,
                                     const AngleObservation* obs, double radius,
                                     DistAngleRecord* out, double* computed_radius);

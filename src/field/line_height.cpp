@@ -20,23 +20,25 @@ bool right_angle(double angle)
     return remainder == 324000 || remainder == 972000;
 }
 
-// True when stepping from start by step reaches end. Far from the origin a
-// step smaller than the spacing of doubles is lost in the addition and the
-// walk stands still; a negative step walks away from the end.
-bool walk_reaches_end(double start, double end, double step)
+// True when stepping from start by step reaches end within room pairs. Far
+// from the origin a step smaller than the spacing of doubles is lost in the
+// addition and the walk stands still, or is rounded short and takes more
+// steps than the caller made room for; a negative step walks away from the
+// end.
+bool list_fits(double start, double end, double step, std::int64_t room)
 {
-    if (!(step > 0.0)) {
-        return false;
-    }
     double y = start;
-    while (!(y >= end)) {
+    for (std::int64_t listed = 1; listed <= room; ++listed) {
         const double next = y + step;
+        if (next >= end) {
+            return true;
+        }
         if (next == y) {
             return false;
         }
         y = next;
     }
-    return true;
+    return false;
 }
 
 } // namespace
@@ -146,9 +148,10 @@ ResultCode LIB_CalCircle(const SurveyPoint* pts, double* radius, double* centre,
         return OK;
     }
     // A list that would never end (a negative count, or a step lost in
-    // rounding far from the origin) is refused before any pair is written;
-    // the radius and centre stand.
-    if (!walk_reaches_end(start, end, step)) {
+    // rounding far from the origin) or would overrun the caller's count + 1
+    // pairs is refused before any pair is written; the radius and centre stand.
+    const std::int64_t room = static_cast<std::int64_t>(count) + 1;
+    if (!list_fits(start, end, step, room)) {
         return DOMAIN;
     }
     // Beyond the radius the square root is not a number; such pairs are

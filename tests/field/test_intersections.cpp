@@ -1,156 +1,93 @@
 // Forward intersection by angles and by distances, crossing of two lines.
 #include "bits.hpp"
-#include "quillon.h"
+#include "records.hpp"
 
 #include <cmath>
 
-namespace {
-
-FrontMeetInput known_pair(SurveyPoint a, SurveyPoint b)
-{
-    FrontMeetInput in{};
-    in.A.Point = a;
-    in.B.Point = b;
-    return in;
-}
-
-double azimuth(const SurveyPoint& from, const SurveyPoint& to)
-{
-    double az = 0.0;
-    EXPECT_EQ(LIB_CalAZ(&from, &to, &az), 0);
-    return az;
-}
-
-} // namespace
-
 TEST(FrontMeet, RaysAndDistancesTowardATargetMeetThere)
 {
-    const SurveyPoint A{1000.0, 2000.0, 50.0};
-    const SurveyPoint B{1100.0, 2300.0, 60.0};
-    // Left and right of A->B. By distances the right one comes back mirrored
-    // in A-B, on the left.
-    const SurveyPoint targets[2][2] = {{{1300.0, 2050.0, 0.0}, {1300.0, 2050.0, 0.0}},
-                                       {{900.0, 2450.0, 0.0}, {1350.0, 2300.0, 0.0}}};
-    for (const auto& t : targets) {
-        const SurveyPoint& T = t[0];
-        FrontMeetInput in = known_pair(A, B);
-        in.A.Direction = azimuth(A, T);
-        in.B.Direction = azimuth(B, T);
-        in.A.Distance = std::hypot(T.X - A.X, T.Y - A.Y);
-        in.B.Distance = std::hypot(T.X - B.X, T.Y - B.Y);
-        SurveyPoint by_angles = qtest::sentinel_filled<SurveyPoint>();
-        SurveyPoint by_distances = qtest::sentinel_filled<SurveyPoint>();
-        ASSERT_EQ(LIB_CalFrontMeet(&in, &by_angles, 0), 0);
-        ASSERT_EQ(LIB_CalFrontMeet(&in, &by_distances, 1), 0);
-        // The half circle added at B is 3.1415926 rad, not pi: about 0.1 mm
-        // at these distances.
-        EXPECT_NEAR(by_angles.X, T.X, 1e-4);
-        EXPECT_NEAR(by_angles.Y, T.Y, 1e-4);
-        EXPECT_NEAR(by_distances.X, t[1].X, 1e-7);
-        EXPECT_NEAR(by_distances.Y, t[1].Y, 1e-7);
-        EXPECT_BITS(by_angles.H, 0.0);
-        EXPECT_BITS(by_distances.H, 0.0);
-    }
-}
-
-TEST(FrontMeet, DistanceModeTakesTheLeftSolution)
-{
-    struct Case {
-        double bx, dA, dB;
-        int status;
-        double x, y;
-    };
-    const Case cases[] = {
-        {6.0, 5.0, 5.0, 0, 3.0, -4.0}, // west of a line running north
-        {10.0, 4.0, 6.0, 0, 4.0, 0.0}, // circles touching on the line
-        {10.0, 4.0, 5.9, 1, 0.0, 0.0}, // circles apart
-        {0.0, 4.0, 4.0, 1, 0.0, 0.0},  // known points coincide
-    };
-    for (const Case& c : cases) {
-        FrontMeetInput in = known_pair({0.0, 0.0, 7.0}, {c.bx, 0.0, 7.0});
-        in.A.Distance = c.dA;
-        in.B.Distance = c.dB;
+    // Left of A->B, the side the distance mode takes; by angles within 0.1 mm.
+    const SurveyPoint T{1300.0, 2050.0, 0.0};
+    FrontMeetInput in{{{1000.0, 2000.0, 50.0}, 0.0, 0.0}, {{1100.0, 2300.0, 60.0}, 0.0, 0.0}};
+    ASSERT_EQ(LIB_CalAZ(&in.A.Point, &T, &in.A.Direction), 0);
+    ASSERT_EQ(LIB_CalAZ(&in.B.Point, &T, &in.B.Direction), 0);
+    in.A.Distance = std::hypot(300.0, 50.0);
+    in.B.Distance = std::hypot(200.0, 250.0);
+    for (unsigned char mode : {0, 1}) {
         SurveyPoint out = qtest::sentinel_filled<SurveyPoint>();
-        ASSERT_EQ(LIB_CalFrontMeet(&in, &out, 1), c.status) << c.bx << " " << c.dB;
-        if (c.status != 0) {
-            EXPECT_TRUE(qtest::untouched(out));
-            continue;
-        }
-        EXPECT_BITS(out.X, c.x);
-        EXPECT_BITS(out.Y, c.y);
+        ASSERT_EQ(LIB_CalFrontMeet(&in, &out, mode), 0);
+        EXPECT_NEAR(out.X, T.X, 1e-4);
+        EXPECT_NEAR(out.Y, T.Y, 1e-4);
         EXPECT_BITS(out.H, 0.0);
     }
 }
 
-TEST(FrontMeet, AngleModeRefusals)
+TEST(FrontMeet, StatusesAndWhatIsWritten)
 {
-    // B due north of A: the azimuth A->B is exactly 0.
+    // A at (ax, 0), B at (bx, 0): B due north, the azimuth A->B exactly 0.
+    const double N = qtest::NaN; // not pinned
     struct Case {
-        double dirA, dirB;
+        double ax, bx, dirA, dirB, dA, dB;
+        unsigned char mode;
         int status;
-    };
-    const Case cases[] = {
-        {-324000.0, -100000.0, 1},    // a1 a right angle
-        {972000.0, -100000.0, 1},     // a1 = -972000
-        {-324000.0001, -100000.0, 0}, // a hair off the right angle
-        {-100000.0, -324000.0, 1},    // a2 a right angle
-        {-100000.0, -1620000.0, 1},   // a2 = -972000
-        {0.0, -100000.0, 1},          // tangent at A is 0
-        {-100000.0, -648000.0, 1},    // tangent at B is 0
-        {-36000.0, -684000.0, 1},     // cotangents cancel
+        double x, y;
+    } const cases[] = {
+        {0, 6, 0, 0, 5, 5, 1, 0, 3, -4},                        // left of a line running north
+        {0, 10, 0, 0, 4, 6, 1, 0, 4, 0},                        // circles touching on the line
+        {0, 10, 0, 0, 4, 5.9, 1, 1, N, N},                      // circles apart
+        {0, 0, 0, 0, 4, 4, 1, 1, N, N},                         // known points coincide
+        {99999999, 100000005, 0, 0, 5, 5, 1, 2, 100000002, -4}, // out of range, written
+        {0, 100, -324000, -1e5, 0, 0, 0, 1, N, N},              // a1 a right angle
+        {0, 100, -324000.0001, -1e5, 0, 0, 0, 0, N, N},         // a hair off it
+        {0, 100, 972000, -1e5, 0, 0, 0, 1, N, N},               // a1 = -972000
+        {0, 100, -1e5, -324000, 0, 0, 0, 1, N, N},              // a2 a right angle
+        {0, 100, -1e5, -1620000, 0, 0, 0, 1, N, N},             // a2 = -972000
+        {0, 100, 0, -1e5, 0, 0, 0, 1, N, N},                    // tangent at A is 0
+        {0, 100, -1e5, -648000, 0, 0, 0, 1, N, N},              // tangent at B is 0
+        {0, 100, -36000, -684000, 0, 0, 0, 1, N, N},            // cotangents cancel
     };
     for (const Case& c : cases) {
-        FrontMeetInput in = known_pair({0.0, 0.0, 0.0}, {100.0, 0.0, 0.0});
-        in.A.Direction = c.dirA;
-        in.B.Direction = c.dirB;
+        const FrontMeetInput in{{{c.ax, 0, 7}, c.dirA, c.dA}, {{c.bx, 0, 7}, c.dirB, c.dB}};
         SurveyPoint out = qtest::sentinel_filled<SurveyPoint>();
-        EXPECT_EQ(LIB_CalFrontMeet(&in, &out, 0), c.status) << c.dirA << " " << c.dirB;
-        EXPECT_EQ(qtest::untouched(out), c.status != 0);
+        ASSERT_EQ(LIB_CalFrontMeet(&in, &out, c.mode), c.status) << c.bx << " " << c.dirA;
+        EXPECT_EQ(qtest::untouched(out), c.status == 1);
+        if (!std::isnan(c.x)) {
+            EXPECT_BITS(out.X, c.x);
+            EXPECT_BITS(out.Y, c.y);
+            EXPECT_BITS(out.H, 0.0);
+        }
     }
-}
-
-TEST(FrontMeet, RangeTestAppliesToWhatOutHolds)
-{
-    FrontMeetInput in = known_pair({99999999.0, 0.0, 0.0}, {100000005.0, 0.0, 0.0});
-    in.A.Distance = 5.0;
-    in.B.Distance = 5.0;
-    SurveyPoint out = qtest::sentinel_filled<SurveyPoint>();
-    EXPECT_EQ(LIB_CalFrontMeet(&in, &out, 1), 2);
-    EXPECT_BITS(out.X, 100000002.0);
-    EXPECT_BITS(out.Y, -4.0);
-
     // Another mode computes nothing and tests the caller's values.
-    SurveyPoint held{1.0, 2.0, 3.0};
-    EXPECT_EQ(LIB_CalFrontMeet(&in, &held, 2), 0);
+    const FrontMeetInput any{{{0, 0, 0}, 0, 0}, {{1, 0, 0}, 0, 0}};
+    SurveyPoint held{1.0, qtest::LIMIT, 3.0}; // the limit itself passes
+    EXPECT_EQ(LIB_CalFrontMeet(&any, &held, 2), 0);
     EXPECT_BITS(held.X, 1.0);
-    held.Y = 1e9;
-    EXPECT_EQ(LIB_CalFrontMeet(&in, &held, 2), 2);
+    held.Y = qtest::ABOVE_LIMIT;
+    EXPECT_EQ(LIB_CalFrontMeet(&any, &held, 2), 2);
 }
 
 TEST(LineCross, CrossingAndCarriedHeight)
 {
-    struct Case {
+    // The first line runs north from (0, 0, 10) to (10, 0, 20).
+    const struct {
         SurveyPoint p3, p4;
         int status;
-        SurveyPoint expected;
+        double x, h;
+    } cases[] = {
+        {{20, -5, 99}, {20, 5, 99}, 0, 20, 30}, // beyond P2: t = -2, height extrapolated
+        {{-5, 3, 0}, {-5, 4, 0}, 0, -5, 5},     // behind P1: t = 0.5
+        {{0, 5, 0}, {10, 5, 0}, 6, 0, 0},       // parallel
+        {{3, 3, 0}, {3, 3, 1}, 6, 0, 0},        // P3 = P4 in plan
     };
-    const Case cases[] = {
-        {{5.0, -5.0, 99.0}, {5.0, 5.0, 99.0}, 0, {5.0, 0.0, 15.0}},
-        {{20.0, -5.0, 99.0}, {20.0, 5.0, 99.0}, 0, {20.0, 0.0, 30.0}}, // beyond P2: t = -2
-        {{-5.0, 3.0, 0.0}, {-5.0, 4.0, 0.0}, 0, {-5.0, 0.0, 5.0}},     // behind P1
-        {{0.0, 5.0, 0.0}, {10.0, 5.0, 0.0}, 6, {}},                    // parallel
-        {{3.0, 3.0, 0.0}, {3.0, 3.0, 1.0}, 6, {}},                     // P3 = P4 in plan
-    };
-    for (const Case& c : cases) {
-        const LineCrossInput in{{0.0, 0.0, 10.0}, {10.0, 0.0, 20.0}, c.p3, c.p4};
+    for (const auto& c : cases) {
+        const LineCrossInput in{{0, 0, 10}, {10, 0, 20}, c.p3, c.p4};
         SurveyPoint out = qtest::sentinel_filled<SurveyPoint>();
         ASSERT_EQ(LIB_CalLineCrossPT(&in, &out), c.status) << c.p3.X;
-        if (c.status != 0) {
-            EXPECT_TRUE(qtest::untouched(out));
-            continue;
+        EXPECT_EQ(qtest::untouched(out), c.status != 0);
+        if (c.status == 0) {
+            EXPECT_BITS(out.X, c.x);
+            EXPECT_BITS(out.Y, 0.0);
+            EXPECT_BITS(out.H, c.h);
         }
-        EXPECT_BITS(out.X, c.expected.X);
-        EXPECT_BITS(out.Y, c.expected.Y);
-        EXPECT_BITS(out.H, c.expected.H);
     }
 }
