@@ -356,10 +356,7 @@ static const qv_function* find_function(const char* name)
     return NULL;
 }
 
-static int cases_of(const qv_function* fn)
-{
-    return fn->cases > 0 ? fn->cases : DEFAULT_CASES;
-}
+static int cases_of(const qv_function* fn) { return fn->cases > 0 ? fn->cases : DEFAULT_CASES; }
 
 static size_t largest_block(void)
 {

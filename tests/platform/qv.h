@@ -86,6 +86,15 @@ SurveyPoint qv_point_near(qv_gen* g, const SurveyPoint* other);
 SurveyPoint qv_point(qv_gen* g);
 /** An instrument station with random signs and refraction mode. */
 StationRecord qv_station(qv_gen* g);
+/** The mark of a station as a point. */
+SurveyPoint qv_station_point(const StationRecord* s);
+/** Azimuth from one plan position to another, arc-seconds in [0, 1296000). */
+double qv_azimuth(double from_x, double from_y, double to_x, double to_y);
+/** An angle reduced into [0, 1296000). */
+double qv_on_circle(double angle);
+/** A point at a random bearing, lo to hi metres away in plan, within 20 m
+ *  of the centre's height. */
+SurveyPoint qv_point_around(qv_gen* g, const SurveyPoint* centre, double lo, double hi);
 
 /* ---- family description ------------------------------------------------- */
 

@@ -17,15 +17,9 @@ uint64_t qv_next(qv_gen* g)
     return z ^ (z >> 31);
 }
 
-int qv_chance(qv_gen* g, unsigned n)
-{
-    return qv_below(g, n) == 0;
-}
+int qv_chance(qv_gen* g, unsigned n) { return qv_below(g, n) == 0; }
 
-unsigned qv_below(qv_gen* g, unsigned n)
-{
-    return (unsigned)(qv_next(g) % n);
-}
+unsigned qv_below(qv_gen* g, unsigned n) { return (unsigned)(qv_next(g) % n); }
 
 double qv_uniform(qv_gen* g, double lo, double hi)
 {
@@ -202,4 +196,39 @@ StationRecord qv_station(qv_gen* g)
     s.signB = qv_sign(g);
     s.refractionMode = qv_byte(g, modes, 4);
     return s;
+}
+
+SurveyPoint qv_station_point(const StationRecord* s)
+{
+    SurveyPoint p;
+    p.X = s->X;
+    p.Y = s->Y;
+    p.H = s->H;
+    return p;
+}
+
+double qv_azimuth(double from_x, double from_y, double to_x, double to_y)
+{
+    double az = atan2(to_y - from_y, to_x - from_x) * QUILLON_RHO_SEC;
+    if (az < 0.0) {
+        az += 1296000.0;
+    }
+    return az;
+}
+
+double qv_on_circle(double angle)
+{
+    double a = fmod(angle, 1296000.0);
+    return a < 0.0 ? a + 1296000.0 : a;
+}
+
+SurveyPoint qv_point_around(qv_gen* g, const SurveyPoint* centre, double lo, double hi)
+{
+    const double bearing = qv_uniform(g, 0.0, 6.283185307179586);
+    const double distance = qv_uniform(g, lo, hi);
+    SurveyPoint p;
+    p.X = centre->X + cos(bearing) * distance;
+    p.Y = centre->Y + sin(bearing) * distance;
+    p.H = centre->H + qv_uniform(g, -20.0, 20.0);
+    return p;
 }

@@ -17,44 +17,6 @@ static const unsigned char dist1_modes[] = {0, 0, 0, 1, 1, 1, 2, 255};
 
 /* ---- shared pieces of a set-up ---------------------------------------------- */
 
-static SurveyPoint station_point(const StationRecord* s)
-{
-    SurveyPoint p;
-    p.X = s->X;
-    p.Y = s->Y;
-    p.H = s->H;
-    return p;
-}
-
-/* Azimuth from one point to another in arc-seconds, in [0, 1296000). */
-static double azimuth_of(const SurveyPoint* from, const SurveyPoint* to)
-{
-    double az = atan2(to->Y - from->Y, to->X - from->X) * QUILLON_RHO_SEC;
-    if (az < 0.0) {
-        az += 1296000.0;
-    }
-    return az;
-}
-
-/* An angle reduced into [0, 1296000). */
-static double on_circle(double angle)
-{
-    double a = fmod(angle, 1296000.0);
-    return a < 0.0 ? a + 1296000.0 : a;
-}
-
-/* A point at a random bearing, lo to hi metres away in plan. */
-static SurveyPoint point_around(qv_gen* g, const SurveyPoint* centre, double lo, double hi)
-{
-    const double bearing = qv_uniform(g, 0.0, 6.283185307179586);
-    const double distance = qv_uniform(g, lo, hi);
-    SurveyPoint p;
-    p.X = centre->X + cos(bearing) * distance;
-    p.Y = centre->Y + sin(bearing) * distance;
-    p.H = centre->H + qv_uniform(g, -20.0, 20.0);
-    return p;
-}
-
 /* A zenith angle: mostly a face I or face II sight a little off level, now
  * and then the zenith, level, nadir or any angle. */
 static double zenith_angle(qv_gen* g)
@@ -114,9 +76,9 @@ static DistanceRecord measurement(qv_gen* g)
  * station's face (half a circle off when signA and signB differ). */
 static double reading_toward(const StationRecord* s, const SurveyPoint* target)
 {
-    const SurveyPoint from = station_point(s);
-    const double az = azimuth_of(&from, target);
-    return s->signA == s->signB ? az : on_circle(az + 648000.0);
+    const SurveyPoint from = qv_station_point(s);
+    const double az = qv_azimuth(from.X, from.Y, target->X, target->Y);
+    return s->signA == s->signB ? az : qv_on_circle(az + 648000.0);
 }
 
 /* ---- LIB_SO_DistAngle ------------------------------------------------------- */
@@ -194,8 +156,8 @@ static void socoor_generate(qv_gen* g, void* in_)
     const SurveyPoint* design = &in->design;
     SurveyPoint at;
     in->station = field_station(g);
-    at = station_point(&in->station);
-    in->design = qv_chance(g, 2) ? point_around(g, &at, 0.5, 500.0) : qv_point_near(g, &at);
+    at = qv_station_point(&in->station);
+    in->design = qv_chance(g, 2) ? qv_point_around(g, &at, 0.5, 500.0) : qv_point_near(g, &at);
     in->measured = measurement(g);
     if (qv_chance(g, 2)) {
         /* the prism close to the design point */
@@ -340,9 +302,9 @@ static void osangle_generate(qv_gen* g, void* in_)
     struct osangle_in* in = in_;
     SurveyPoint at;
     in->station = field_station(g);
-    at = station_point(&in->station);
+    at = qv_station_point(&in->station);
     in->measured = measurement(g);
-    in->known = qv_chance(g, 2) ? point_around(g, &at, 1.0, 800.0) : qv_point_near(g, &at);
+    in->known = qv_chance(g, 2) ? qv_point_around(g, &at, 1.0, 800.0) : qv_point_near(g, &at);
     in->angles[0] = qv_chance(g, 2) ? reading_toward(&in->station, &in->known) : qv_angle(g);
     in->angles[1] = zenith_angle(g);
     in->mode = qv_byte(g, two_modes, 6);
@@ -378,10 +340,10 @@ static void osdist1_generate(qv_gen* g, void* in_)
     SurveyPoint at;
     unsigned k;
     in->station = field_station(g);
-    at = station_point(&in->station);
+    at = qv_station_point(&in->station);
     in->measured = measurement(g);
     in->measured_angle = qv_angle(g);
-    in->known = qv_chance(g, 2) ? point_around(g, &at, 1.0, 800.0) : qv_point_near(g, &at);
+    in->known = qv_chance(g, 2) ? qv_point_around(g, &at, 1.0, 800.0) : qv_point_near(g, &at);
     for (k = 0; k < 3; ++k) {
         in->offsets[k] = qv_uniform(g, -5.0, 5.0);
     }
@@ -426,10 +388,10 @@ static void osdist2_generate(qv_gen* g, void* in_)
     struct osdist2_in* in = in_;
     SurveyPoint at;
     in->station = field_station(g);
-    at = station_point(&in->station);
-    in->line[0] = qv_chance(g, 2) ? point_around(g, &at, 1.0, 500.0) : qv_point_near(g, &at);
-    in->line[1] =
-        qv_chance(g, 2) ? point_around(g, &in->line[0], 0.5, 50.0) : qv_point_near(g, &in->line[0]);
+    at = qv_station_point(&in->station);
+    in->line[0] = qv_chance(g, 2) ? qv_point_around(g, &at, 1.0, 500.0) : qv_point_near(g, &at);
+    in->line[1] = qv_chance(g, 2) ? qv_point_around(g, &in->line[0], 0.5, 50.0)
+                                  : qv_point_near(g, &in->line[0]);
     in->extension = qv_uniform(g, -30.0, 30.0);
     if (qv_chance(g, 8)) {
         in->extension = qv_chance(g, 2) ? 0.0 : qv_special(g);
@@ -582,10 +544,10 @@ static void frontmeet_generate(qv_gen* g, void* in_)
     SurveyPoint p;
     a->Point = qv_point(g);
     b->Point =
-        qv_chance(g, 2) ? point_around(g, &a->Point, 10.0, 2000.0) : qv_point_near(g, &a->Point);
-    p = point_around(g, &a->Point, 5.0, 2500.0);
-    a->Direction = azimuth_of(&a->Point, &p) + qv_uniform(g, -5.0, 5.0);
-    b->Direction = azimuth_of(&b->Point, &p) + qv_uniform(g, -5.0, 5.0);
+        qv_chance(g, 2) ? qv_point_around(g, &a->Point, 10.0, 2000.0) : qv_point_near(g, &a->Point);
+    p = qv_point_around(g, &a->Point, 5.0, 2500.0);
+    a->Direction = qv_azimuth(a->Point.X, a->Point.Y, p.X, p.Y) + qv_uniform(g, -5.0, 5.0);
+    b->Direction = qv_azimuth(b->Point.X, b->Point.Y, p.X, p.Y) + qv_uniform(g, -5.0, 5.0);
     a->Distance = plan_distance(&a->Point, &p) + qv_uniform(g, -0.01, 0.01);
     b->Distance = plan_distance(&b->Point, &p) + qv_uniform(g, -0.01, 0.01);
     switch (qv_below(g, 12)) {
@@ -650,9 +612,9 @@ static void linecross_generate(qv_gen* g, void* in_)
     struct linecross_in* in = in_;
     LineCrossInput* l = &in->input;
     l->P1 = qv_point(g);
-    l->P2 = qv_chance(g, 4) ? qv_point_near(g, &l->P1) : point_around(g, &l->P1, 1.0, 300.0);
-    l->P3 = point_around(g, &l->P1, 1.0, 500.0);
-    l->P4 = qv_chance(g, 4) ? qv_point_near(g, &l->P3) : point_around(g, &l->P3, 1.0, 300.0);
+    l->P2 = qv_chance(g, 4) ? qv_point_near(g, &l->P1) : qv_point_around(g, &l->P1, 1.0, 300.0);
+    l->P3 = qv_point_around(g, &l->P1, 1.0, 500.0);
+    l->P4 = qv_chance(g, 4) ? qv_point_near(g, &l->P3) : qv_point_around(g, &l->P3, 1.0, 300.0);
     switch (qv_below(g, 16)) {
     case 0:
         /* exactly parallel: whole metres, the same step on both lines */
@@ -705,9 +667,9 @@ static void ossdist_generate(qv_gen* g, void* in_)
     struct ossdist_in* in = in_;
     SurveyPoint at;
     in->station = field_station(g);
-    at = station_point(&in->station);
+    at = qv_station_point(&in->station);
     in->measured = measurement(g);
-    in->known = qv_chance(g, 2) ? point_around(g, &at, 1.0, 800.0) : qv_point_near(g, &at);
+    in->known = qv_chance(g, 2) ? qv_point_around(g, &at, 1.0, 800.0) : qv_point_near(g, &at);
     in->angles[0] = qv_chance(g, 2) ? reading_toward(&in->station, &in->known) : qv_angle(g);
     in->angles[1] = zenith_angle(g);
     in->mode = qv_byte(g, modes, 6);
@@ -750,16 +712,16 @@ static void osha_generate(qv_gen* g, void* in_)
     SurveyPoint target;
     double along;
     in->station = field_station(g);
-    at = station_point(&in->station);
-    in->line[0] = point_around(g, &at, 2.0, 300.0);
-    in->line[1] = point_around(g, &in->line[0], 1.0, 100.0);
+    at = qv_station_point(&in->station);
+    in->line[0] = qv_point_around(g, &at, 2.0, 300.0);
+    in->line[1] = qv_point_around(g, &in->line[0], 1.0, 100.0);
     along = qv_uniform(g, -0.5, 1.5);
     target.X = in->line[0].X + (in->line[1].X - in->line[0].X) * along;
     target.Y = in->line[0].Y + (in->line[1].Y - in->line[0].Y) * along;
     target.H = in->line[0].H;
     in->horizontal_angle = reading_toward(&in->station, &target);
     switch (qv_below(g, 14)) {
-    case 0: in->horizontal_angle = on_circle(in->horizontal_angle + 648000.0); break;
+    case 0: in->horizontal_angle = qv_on_circle(in->horizontal_angle + 648000.0); break;
     case 1: in->horizontal_angle = qv_angle(g); break;
     case 2: in->line[1].X = in->line[0].X; break;
     case 3:
@@ -815,8 +777,8 @@ static void lineheight_generate(qv_gen* g, void* in_)
     double along = qv_uniform(g, -0.5, 1.5);
     unsigned k;
     *a = qv_point(g);
-    *b = point_around(g, a, 5.0, 200.0);
-    *s = point_around(g, a, 5.0, 300.0);
+    *b = qv_point_around(g, a, 5.0, 200.0);
+    *s = qv_point_around(g, a, 5.0, 300.0);
     for (k = 0; k < 4; ++k) {
         in->obs[k].Horizontal = qv_uniform(g, 0.0, 1296000.0);
         in->obs[k].Zenith = zenith_angle(g);
@@ -825,8 +787,8 @@ static void lineheight_generate(qv_gen* g, void* in_)
     target.X = a->X + (b->X - a->X) * along;
     target.Y = a->Y + (b->Y - a->Y) * along;
     target.H = a->H;
-    in->obs[0].Horizontal = on_circle(azimuth_of(s, a) - orientation);
-    in->obs[2].Horizontal = on_circle(azimuth_of(s, &target) - orientation);
+    in->obs[0].Horizontal = qv_on_circle(qv_azimuth(s->X, s->Y, a->X, a->Y) - orientation);
+    in->obs[2].Horizontal = qv_on_circle(qv_azimuth(s->X, s->Y, target.X, target.Y) - orientation);
     switch (qv_below(g, 12)) {
     case 0: in->obs[2].Zenith = verticals[qv_below(g, 8)]; break;
     case 1: in->obs[3].Zenith = verticals[qv_below(g, 8)]; break;
@@ -959,9 +921,9 @@ static void osround_generate(qv_gen* g, void* in_)
         in->obs[k].Zenith = zenith_angle(g);
         in->obs[k].Value = qv_length(g);
     }
-    in->obs[swapped ? 1 : 0].Horizontal = on_circle(bisector - half);
-    in->obs[swapped ? 0 : 1].Horizontal = on_circle(bisector + half);
-    in->obs[2].Horizontal = on_circle(bisector + half * qv_uniform(g, -0.9, 0.9));
+    in->obs[swapped ? 1 : 0].Horizontal = qv_on_circle(bisector - half);
+    in->obs[swapped ? 0 : 1].Horizontal = qv_on_circle(bisector + half);
+    in->obs[2].Horizontal = qv_on_circle(bisector + half * qv_uniform(g, -0.9, 0.9));
     in->radius = radius;
     switch (qv_below(g, 20)) {
     case 0:
@@ -977,7 +939,7 @@ static void osround_generate(qv_gen* g, void* in_)
         in->obs[2].Horizontal = 200.0;
         break;
     case 2: in->obs[1].Horizontal = in->obs[0].Horizontal; break;
-    case 3: in->obs[2].Horizontal = on_circle(bisector + half * qv_uniform(g, 1.1, 3.0)); break;
+    case 3: in->obs[2].Horizontal = qv_on_circle(bisector + half * qv_uniform(g, 1.1, 3.0)); break;
     case 4:
         /* the centre on the station mark */
         in->measured.HorizontalDistance = -in->radius;

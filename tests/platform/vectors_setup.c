@@ -17,35 +17,6 @@ static const unsigned char mode_bytes[] = {0, 0, 1, 1, 2, 255};
 
 /* ---- shared pieces of a set-up ---------------------------------------------- */
 
-/* Azimuth from one point to another in arc-seconds, in [0, 1296000). */
-static double azimuth_of(double from_x, double from_y, double to_x, double to_y)
-{
-    double az = atan2(to_y - from_y, to_x - from_x) * QUILLON_RHO_SEC;
-    if (az < 0.0) {
-        az += 1296000.0;
-    }
-    return az;
-}
-
-/* An angle reduced into [0, 1296000). */
-static double on_circle(double angle)
-{
-    double a = fmod(angle, 1296000.0);
-    return a < 0.0 ? a + 1296000.0 : a;
-}
-
-/* A point at a random bearing, lo to hi metres away in plan. */
-static SurveyPoint point_around(qv_gen* g, const SurveyPoint* centre, double lo, double hi)
-{
-    const double bearing = qv_uniform(g, 0.0, 6.283185307179586);
-    const double distance = qv_uniform(g, lo, hi);
-    SurveyPoint p;
-    p.X = centre->X + cos(bearing) * distance;
-    p.Y = centre->Y + sin(bearing) * distance;
-    p.H = centre->H + qv_uniform(g, -20.0, 20.0);
-    return p;
-}
-
 /* A station over a mark: mostly a plain one, now and then one with far,
  * huge or non-finite values (qv_station). */
 static StationRecord setup_station(qv_gen* g)
@@ -63,15 +34,6 @@ static StationRecord setup_station(qv_gen* g)
     return s;
 }
 
-static SurveyPoint station_point(const StationRecord* s)
-{
-    SurveyPoint p;
-    p.X = s->X;
-    p.Y = s->Y;
-    p.H = s->H;
-    return p;
-}
-
 /* The sight from the instrument centre (station plus instrument height) to a
  * point: its azimuth and zenith angle on face I, or the face II reading of
  * both when face_two is set. */
@@ -81,11 +43,11 @@ static AngleObservation sight_to(const StationRecord* s, const SurveyPoint* p, i
     const double dy = p->Y - s->Y;
     const double dz = p->H - (s->H + s->InstrumentHeight);
     AngleObservation o;
-    o.Horizontal = azimuth_of(s->X, s->Y, p->X, p->Y);
+    o.Horizontal = qv_azimuth(s->X, s->Y, p->X, p->Y);
     o.Zenith = atan2(sqrt(dx * dx + dy * dy), dz) * QUILLON_RHO_SEC;
     o.Value = 0.0;
     if (face_two) {
-        o.Horizontal = on_circle(o.Horizontal + 648000.0);
+        o.Horizontal = qv_on_circle(o.Horizontal + 648000.0);
         o.Zenith = 1296000.0 - o.Zenith;
     }
     return o;
@@ -96,7 +58,7 @@ static AngleObservation sight_to(const StationRecord* s, const SurveyPoint* p, i
 static void line_points(qv_gen* g, SurveyPoint* a, SurveyPoint* b)
 {
     *a = qv_point(g);
-    *b = qv_chance(g, 3) ? qv_point_near(g, a) : point_around(g, a, 1.0, 500.0);
+    *b = qv_chance(g, 3) ? qv_point_near(g, a) : qv_point_around(g, a, 1.0, 500.0);
 }
 
 /* ---- LIB_RESA2D ------------------------------------------------------------- */
@@ -119,14 +81,15 @@ static void sightings(qv_gen* g, const SurveyPoint* station, AngleObservation* o
     const double first = qv_uniform(g, 0.0, 1296000.0);
     unsigned i;
     for (i = 0; i < MAX_KNOWN; ++i) {
-        const double az = on_circle(first + qv_uniform(g, 0.0, spread));
+        const double az = qv_on_circle(first + qv_uniform(g, 0.0, spread));
         const double bearing = az / QUILLON_RHO_SEC;
         const double distance = qv_uniform(g, 30.0, 2000.0);
         known[i].X = station->X + cos(bearing) * distance;
         known[i].Y = station->Y + sin(bearing) * distance;
         known[i].H = station->H + qv_uniform(g, -30.0, 30.0);
-        obs[i].Horizontal = on_circle(azimuth_of(station->X, station->Y, known[i].X, known[i].Y) -
-                                      orientation + qv_uniform(g, -3.0, 3.0));
+        obs[i].Horizontal =
+            qv_on_circle(qv_azimuth(station->X, station->Y, known[i].X, known[i].Y) - orientation +
+                         qv_uniform(g, -3.0, 3.0));
         obs[i].Zenith = qv_uniform(g, 300000.0, 348000.0);
         obs[i].Value = qv_uniform(g, 0.0, 3.0);
     }
@@ -334,7 +297,7 @@ static SurveyPoint third_point(qv_gen* g, const SurveyPoint* a, const SurveyPoin
         p.X = a->X + (b->X - a->X) * qv_uniform(g, -1.0, 2.0);
         p.Y = a->Y + (b->Y - a->Y) * qv_uniform(g, -1.0, 2.0);
         return p;
-    default: return point_around(g, a, 0.5, 400.0);
+    default: return qv_point_around(g, a, 0.5, 400.0);
     }
 }
 
@@ -434,9 +397,9 @@ static void vplane_generate(qv_gen* g, void* in_)
     SurveyPoint target;
     double along = qv_uniform(g, -0.5, 1.5);
     in->station = setup_station(g);
-    at = station_point(&in->station);
-    in->plane[0] = point_around(g, &at, 2.0, 300.0);
-    in->plane[1] = point_around(g, &in->plane[0], 1.0, 100.0);
+    at = qv_station_point(&in->station);
+    in->plane[0] = qv_point_around(g, &at, 2.0, 300.0);
+    in->plane[1] = qv_point_around(g, &in->plane[0], 1.0, 100.0);
     switch (qv_below(g, 16)) {
     case 0: in->plane[1].X = in->plane[0].X; break; /* a north-south trace */
     case 1: in->plane[1].Y = in->plane[0].Y; break; /* an east-west trace */
@@ -458,7 +421,7 @@ static void vplane_generate(qv_gen* g, void* in_)
     target.H = in->plane[0].H + qv_uniform(g, -10.0, 30.0);
     in->sight = sight_to(&in->station, &target, in->station.signA != in->station.signB);
     switch (qv_below(g, 12)) {
-    case 0: in->sight.Horizontal = on_circle(in->sight.Horizontal + 648000.0); break;
+    case 0: in->sight.Horizontal = qv_on_circle(in->sight.Horizontal + 648000.0); break;
     case 1: in->sight.Horizontal += qv_chance(g, 2) ? 1.5 : 0.5; break;
     case 2: in->sight.Horizontal = qv_angle(g); break;
     case 3: in->sight.Zenith = qv_angle(g); break;
@@ -492,10 +455,10 @@ static void splane_generate(qv_gen* g, void* in_)
     const double u = qv_uniform(g, -0.5, 1.5);
     const double v = qv_uniform(g, -0.5, 1.5);
     in->station = setup_station(g);
-    at = station_point(&in->station);
-    in->plane[0] = point_around(g, &at, 2.0, 300.0);
-    in->plane[1] = point_around(g, &in->plane[0], 1.0, 100.0);
-    in->plane[2] = point_around(g, &in->plane[0], 1.0, 100.0);
+    at = qv_station_point(&in->station);
+    in->plane[0] = qv_point_around(g, &at, 2.0, 300.0);
+    in->plane[1] = qv_point_around(g, &in->plane[0], 1.0, 100.0);
+    in->plane[2] = qv_point_around(g, &in->plane[0], 1.0, 100.0);
     switch (qv_below(g, 14)) {
     case 0:
         /* three points on one line */
@@ -520,7 +483,7 @@ static void splane_generate(qv_gen* g, void* in_)
                (in->plane[2].H - in->plane[0].H) * v;
     in->sight = sight_to(&in->station, &target, in->station.signA != in->station.signB);
     switch (qv_below(g, 12)) {
-    case 0: in->sight.Horizontal = on_circle(in->sight.Horizontal + 648000.0); break;
+    case 0: in->sight.Horizontal = qv_on_circle(in->sight.Horizontal + 648000.0); break;
     case 1: in->sight.Horizontal += qv_chance(g, 2) ? 1.5 : 0.5; break;
     case 2: in->sight.Horizontal = qv_angle(g); break;
     case 3: in->sight.Zenith = qv_chance(g, 2) ? 324000.0 : qv_angle(g); break;
@@ -559,9 +522,9 @@ static void arc_generate(qv_gen* g, void* in_)
     double bearing = qv_uniform(g, 0.0, 6.283185307179586);
     unsigned k;
     in->station = setup_station(g);
-    at = station_point(&in->station);
+    at = qv_station_point(&in->station);
     /* the station inside the circle or outside it */
-    centre = point_around(g, &at, 0.0, qv_chance(g, 2) ? radius * 0.9 : radius * 3.0);
+    centre = qv_point_around(g, &at, 0.0, qv_chance(g, 2) ? radius * 0.9 : radius * 3.0);
     on_arc[0] = &in->arc.P1;
     on_arc[1] = &in->arc.P2;
     on_arc[2] = &in->arc.P3;

@@ -16,13 +16,10 @@
 
 /* ---- helpers ------------------------------------------------------------- */
 
-static double wrap(double angle)
+static double azimuth_of(double dx, double dy)
 {
-    angle = fmod(angle, FULL_CIRCLE);
-    return angle < 0.0 ? angle + FULL_CIRCLE : angle;
+    return qv_on_circle(atan2(dy, dx) / QUILLON_RAD_PER_SEC);
 }
-
-static double azimuth_of(double dx, double dy) { return wrap(atan2(dy, dx) / QUILLON_RAD_PER_SEC); }
 
 /* A small error: Gaussian-like, from the sum of three uniforms. */
 static double noise(qv_gen* g, double size)
@@ -57,7 +54,7 @@ static void walk(qv_gen* g, unsigned count, int loop, double x0, double y0, doub
             y[i] = i + 1 < count ? cy + radius * sin(t) : y0;
         } else {
             const double leg = qv_uniform(g, 80.0, 900.0);
-            azimuth = wrap(azimuth + qv_uniform(g, -300000.0, 300000.0));
+            azimuth = qv_on_circle(azimuth + qv_uniform(g, -300000.0, 300000.0));
             x[i] = x[i - 1] + leg * cos(azimuth * QUILLON_RAD_PER_SEC);
             y[i] = y[i - 1] + leg * sin(azimuth * QUILLON_RAD_PER_SEC);
         }
@@ -216,7 +213,7 @@ static void closure_generate(qv_gen* g, void* in_)
         const double dy = y[i + 1] - y[i];
         leg->HorizDist = sqrt(dx * dx + dy * dy) + noise(g, 0.003);
         leg->HeightDiff = h[i + 1] - h[i] + noise(g, 0.005);
-        leg->ForeDirection = wrap(azimuth_of(dx, dy) + noise(g, 3.0));
+        leg->ForeDirection = qv_on_circle(azimuth_of(dx, dy) + noise(g, 3.0));
         leg->DeltaX = leg->HorizDist * cos(leg->ForeDirection * QUILLON_RAD_PER_SEC);
         leg->DeltaY = leg->HorizDist * sin(leg->ForeDirection * QUILLON_RAD_PER_SEC);
         leg->DeltaH = leg->HeightDiff;
@@ -228,7 +225,7 @@ static void closure_generate(qv_gen* g, void* in_)
          * first leg of a loop) */
         const double previous =
             i > 0 ? in->legs[i - 1].ForeDirection : in->legs[n - 1].ForeDirection;
-        in->legs[i].BackDirection = wrap(previous + HALF_CIRCLE + noise(g, 3.0));
+        in->legs[i].BackDirection = qv_on_circle(previous + HALF_CIRCLE + noise(g, 3.0));
     }
     in->known.Start.X = x[0];
     in->known.Start.Y = y[0];
@@ -389,7 +386,7 @@ static void sta_generate(qv_gen* g, void* in_)
     if (kind == 0) {
         /* face II readings either side of the half circle */
         hz[0] = qv_uniform(g, -20.0, 20.0) + (qv_chance(g, 2) ? 0.0 : HALF_CIRCLE);
-        hz[0] = wrap(hz[0]);
+        hz[0] = qv_on_circle(hz[0]);
     }
     for (t = 0; t < 2; ++t) {
         v[t] = qv_uniform(g, 290000.0, 358000.0);
@@ -404,9 +401,9 @@ static void sta_generate(qv_gen* g, void* in_)
         face2[0] = &o->Face2Target1;
         face2[1] = &o->Face2Target2;
         for (t = 0; t < 2; ++t) {
-            *face1[t] = reading(wrap(hz[t] + collimation + noise(g, 1.5)),
+            *face1[t] = reading(qv_on_circle(hz[t] + collimation + noise(g, 1.5)),
                                 v[t] + index_error + noise(g, 1.5), slope[t] + noise(g, 0.001));
-            *face2[t] = reading(wrap(hz[t] + HALF_CIRCLE - collimation + noise(g, 1.5)),
+            *face2[t] = reading(qv_on_circle(hz[t] + HALF_CIRCLE - collimation + noise(g, 1.5)),
                                 FULL_CIRCLE - v[t] + index_error + noise(g, 1.5),
                                 slope[t] + noise(g, 0.001));
         }
@@ -570,7 +567,7 @@ static void multi_generate(qv_gen* g, void* in_)
             /* the last station sights G, or B again round a loop, or A from B */
             azimuth[n - 1] = out_azimuth;
             if (type == 0) {
-                azimuth[n - 1] = wrap(back_azimuth + HALF_CIRCLE);
+                azimuth[n - 1] = qv_on_circle(back_azimuth + HALF_CIRCLE);
             } else if (type == 1 && n > 2) {
                 azimuth[n - 1] = azimuth_of(x[n] - x[n - 1], y[n] - y[n - 1]);
             }
@@ -584,7 +581,7 @@ static void multi_generate(qv_gen* g, void* in_)
         for (k = 0; k < 36; ++k) {
             ((double*)s)[k] = qv_chance(g, 3) ? 0.0 : qv_uniform(g, -1000.0, 1000.0);
         }
-        s->Angle12 = wrap(azimuth[i] - previous + HALF_CIRCLE + noise(g, 2.0));
+        s->Angle12 = qv_on_circle(azimuth[i] - previous + HALF_CIRCLE + noise(g, 2.0));
         if (i + 1 < n) {
             const double dx = x[i + 1] - x[i];
             const double dy = y[i + 1] - y[i];
