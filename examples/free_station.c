@@ -2,18 +2,13 @@
  * five known points. First the distances to three of them from the
  * directions alone, then the station from all five directions with their
  * distances, then the orientation of the circle from a backsight. */
-#include "dms.h"
+#include "common.h"
 #include "quillon.h"
 
 #include <stdio.h>
 #include <string.h>
 
 #define POINTS 5
-
-static double angle(int degrees, int minutes, double seconds)
-{
-    return degrees * 3600.0 + minutes * 60.0 + seconds;
-}
 
 int main(void)
 {

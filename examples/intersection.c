@@ -2,16 +2,11 @@
  * points (by directions, then checked by distances), and the centre of a
  * column that cannot be occupied, from its two edges and a distance measured
  * on its face. */
-#include "dms.h"
+#include "common.h"
 #include "quillon.h"
 
 #include <stdio.h>
 #include <string.h>
-
-static double angle(int degrees, int minutes, double seconds)
-{
-    return degrees * 3600.0 + minutes * 60.0 + seconds;
-}
 
 int main(void)
 {
@@ -44,15 +39,7 @@ int main(void)
 
     /* Round object: a column sighted at both edges, the distance measured
      * on its face a little right of its centre line. */
-    StationRecord station;
-    memset(&station, 0, sizeof station);
-    station.X = 5000.000;
-    station.Y = 2000.000;
-    station.H = 312.450;
-    station.InstrumentHeight = 1.563;
-    station.TargetHeight = 1.563;
-    station.signA = 1;
-    station.signB = 1;
+    StationRecord station = station_over(5000.000, 2000.000, 312.450, 1.563, 1.563, 0);
 
     AngleObservation edges[3];
     memset(edges, 0, sizeof edges);

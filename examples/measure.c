@@ -1,7 +1,7 @@
 /* A measurement as an instrument program makes it: reduce a slope
  * measurement, compute the measured point from the station, then join two
  * points. */
-#include "dms.h"
+#include "common.h"
 #include "quillon.h"
 
 #include <stdio.h>
@@ -10,21 +10,12 @@
 int main(void)
 {
     char a[32], b[32];
-    StationRecord station;
-    memset(&station, 0, sizeof station);
-    station.X = 5000.000;
-    station.Y = 2000.000;
-    station.H = 312.450;
-    station.InstrumentHeight = 1.563;
-    station.TargetHeight = 1.300;
-    station.signA = 1;
-    station.signB = 1;
-    station.refractionMode = 1; /* curvature and refraction, k = 0.14 */
+    StationRecord station = station_over(5000.000, 2000.000, 312.450, 1.563, 1.300, 1);
 
     /* Shot: slope distance 412.387 m, zenith 87°12'30", direction 63°25'10". */
     const double slope = 412.387;
-    const double zenith = 87 * 3600.0 + 12 * 60.0 + 30.0;
-    const double direction = 63 * 3600.0 + 25 * 60.0 + 10.0;
+    const double zenith = angle(87, 12, 30.0);
+    const double direction = angle(63, 25, 10.0);
 
     unsigned char face = 0;
     LIB_GetFaceStatus(zenith, &face);

@@ -1,7 +1,7 @@
 /* A road setting-out sheet: the profile built from grade intersections, the
  * design elevation every 20 m along a straight centre line, and the left and
  * right edges of the carriageway from a width table and a cross-slope table. */
-#include "dms.h"
+#include "common.h"
 #include "quillon.h"
 
 #include <stdio.h>

@@ -3,7 +3,7 @@
  * stake out - every 20 m pile and every main point - with their chainage,
  * coordinates and forward azimuth. Each section is one function so that
  * further columns (profile heights, edge points) can be added per row. */
-#include "dms.h"
+#include "common.h"
 #include "quillon.h"
 
 #include <stdio.h>

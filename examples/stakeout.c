@@ -2,7 +2,7 @@
  * the prism is measured, and the instrument person reads out to the prism
  * how far to move. Forward and back, left and right are seen from the
  * instrument looking at the prism. */
-#include "dms.h"
+#include "common.h"
 #include "quillon.h"
 
 #include <math.h>
@@ -21,16 +21,7 @@ static void print_move(const char* what, double amount, const char* positive, co
 int main(void)
 {
     char a[32], b[32];
-    StationRecord station;
-    memset(&station, 0, sizeof station);
-    station.X = 5000.000;
-    station.Y = 2000.000;
-    station.H = 312.450;
-    station.InstrumentHeight = 1.563;
-    station.TargetHeight = 1.800;
-    station.signA = 1;
-    station.signB = 1;
-    station.refractionMode = 1;
+    StationRecord station = station_over(5000.000, 2000.000, 312.450, 1.563, 1.800, 1);
 
     SurveyPoint design;
     design.X = 5061.250;
@@ -39,8 +30,8 @@ int main(void)
 
     /* The prism as measured: slope distance, zenith angle, direction. */
     const double slope = 106.781;
-    const double zenith = 88 * 3600.0 + 46 * 60.0 + 15.0;
-    const double direction = 54 * 3600.0 + 57 * 60.0 + 40.0;
+    const double zenith = angle(88, 46, 15.0);
+    const double direction = angle(54, 57, 40.0);
 
     DistanceRecord measured;
     LIB_DistConvert(&station, 1.0, slope, zenith, &measured);

@@ -3,7 +3,7 @@
  * LIB_STAMultCycleCal; then the whole loop closed and adjusted with
  * LIB_TRSMultCycleCal. The pointings are made up from known coordinates with
  * a few seconds of pointing error, as a real instrument would deliver them. */
-#include "dms.h"
+#include "common.h"
 #include "quillon.h"
 
 #include <math.h>

@@ -1,7 +1,8 @@
-#include "dms.h"
+#include "common.h"
 
 #include <math.h>
 #include <stdio.h>
+#include <string.h>
 
 const char* dms(double seconds, char* text)
 {
@@ -29,4 +30,25 @@ const char* status_text(int status)
     case 6: return "lines are parallel";
     default: return "unknown status";
     }
+}
+
+double angle(int degrees, int minutes, double seconds)
+{
+    return degrees * 3600.0 + minutes * 60.0 + seconds;
+}
+
+StationRecord station_over(double x, double y, double h, double instrument_height,
+                           double target_height, unsigned char refraction_mode)
+{
+    StationRecord station;
+    memset(&station, 0, sizeof station);
+    station.X = x;
+    station.Y = y;
+    station.H = h;
+    station.InstrumentHeight = instrument_height;
+    station.TargetHeight = target_height;
+    station.signA = 1;
+    station.signB = 1;
+    station.refractionMode = refraction_mode;
+    return station;
 }
