@@ -729,14 +729,16 @@ typedef struct ArcResult {
  *  is the first crossing of the sight with the circle in plan in front of
  *  the instrument; its height is that of the sight there. Only the plan
  *  positions of P1, P2, P3 and the station's X, Y, H and instrument height
- *  are read. The arc length is the turn of the azimuths from the centre,
- *  from P1 to the point in the arc's sense, times the radius.
+ *  are read. The arc length is the turn about the centre from P1 to the
+ *  point in the arc's sense (true radians), times the radius.
  *  Returns 0 with every field of out written; otherwise, tested in this
  *  order:
  *  3 when two of the points that define the circle coincide in plan (or
  *     the chord's plan length comes out 0);
  *  1 when the three points are collinear, or the radius is 0, not a number
- *     or shorter than half the chord; then 1 when the sight is plumb;
+ *     or shorter than half the chord; then 1 when the sight has no plan
+ *     component (zenith angle 0; at 648000 the sight keeps the slight plan
+ *     component of pi taken as 3.1415926 and is intersected as it stands);
  *  2 when the centre or the radius is out of range;
  *  5 when the sight misses the circle or meets it only behind the
  *     instrument (or at the instrument itself);

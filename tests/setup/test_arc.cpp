@@ -178,3 +178,31 @@ TEST(Arc, RadiusAsLongAsHalfTheChord)
     EXPECT_NEAR(out.CentreX, 50.0, 1e-6);
     EXPECT_NEAR(out.CentreY, 50.0, 1e-6);
 }
+
+TEST(Arc, LengthRunsOnAcrossNorthOfTheCentre)
+{
+    // P1 due east of the centre, the arc running clockwise through south and
+    // west: the point due north lies three quarters of the circle on.
+    const StationRecord station = station_at(0.0, 0.0, 0.0, 0.0);
+    ArcDefinition arc = clockwise_circle(0.0, 324000.0);
+    arc.P1 = {0.0, 100.0, 0.0};
+    arc.P2 = {-100.0, 0.0, 0.0};
+    arc.P3 = {0.0, -100.0, 0.0};
+    ArcResult out;
+    ASSERT_EQ(LIB_ArcCalc(&station, &arc, &out, 0), 0);
+    EXPECT_NEAR(out.ArcLength, 471.23889803846896, 1e-9);
+}
+
+TEST(Arc, RadiusAHairLongerThanHalfTheChord)
+{
+    // Chord of 200 m running east; the centre lies south of its middle by
+    // sqrt(r^2 - 100^2) for the double nearest 100.000000001.
+    const StationRecord station = station_at(0.0, 100.0, 0.0, 0.0);
+    ArcDefinition arc = chord_circle(100.000000001, 0.0);
+    arc.P1 = {0.0, 0.0, 0.0};
+    arc.P2 = {0.0, 200.0, 0.0};
+    ArcResult out;
+    ASSERT_EQ(LIB_ArcCalc(&station, &arc, &out, 1), 0);
+    EXPECT_BITS(out.CentreX, -0.0004472144084125756);
+    EXPECT_BITS(out.CentreY, 100.0);
+}
