@@ -673,8 +673,10 @@ typedef struct PlaneHitRecord {
  *  planePts[0] (P1) and planePts[1] (P2). Reads the station's X, Y, H,
  *  instrument height, signA and signB; with signA != signB the reading is
  *  taken as a face II reading.
- *  Returns 0; 3 when P1 and P2 lie in one line of sight from the station;
- *  1 when P1 and P2 coincide in plan; 5 when the point's azimuth differs
+ *  Returns 0; 3 when P1 and P2 lie in one line of sight from the station (a
+ *  plane point plumb over the station counts as azimuth 0); 1 when P1 and
+ *  P2 coincide in plan (tested after 3, which coincident points give first
+ *  unless a signed zero turns their azimuths apart); 5 when the point's azimuth differs
  *  from the face-reduced reading by more than 1 arc-second (met behind the
  *  instrument, or missed; not folded at the end of the circle); 2 when X, Y
  *  or H is out of range. out unchanged on every failure. */
