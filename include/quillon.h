@@ -677,8 +677,10 @@ typedef struct PlaneHitRecord {
  *  planePts[0] (P1) and planePts[1] (P2). Reads the station's X, Y, H,
  *  instrument height, signA and signB; with signA != signB the reading is
  *  taken as a face II reading.
- *  Returns 0; 3 when P1 and P2 lie in one line of sight from the station;
- *  1 when P1 and P2 coincide in plan; 5 when the point's azimuth differs
+ *  Returns 0; 3 when P1 and P2 lie in one line of sight from the station (a
+ *  plane point plumb over the station counts as azimuth 0); 1 when P1 and
+ *  P2 coincide in plan (tested after 3, which coincident points give first
+ *  unless a signed zero turns their azimuths apart); 5 when the point's azimuth differs
  *  from the face-reduced reading by more than 1 arc-second (met behind the
  *  instrument, or missed; not folded at the end of the circle); 2 when X, Y
  *  or H is out of range. out unchanged on every failure. */
@@ -733,14 +735,16 @@ typedef struct ArcResult {
  *  is the first crossing of the sight with the circle in plan in front of
  *  the instrument; its height is that of the sight there. Only the plan
  *  positions of P1, P2, P3 and the station's X, Y, H and instrument height
- *  are read. The arc length is the turn of the azimuths from the centre,
- *  from P1 to the point in the arc's sense, times the radius.
+ *  are read. The arc length is the turn about the centre from P1 to the
+ *  point in the arc's sense (true radians), times the radius.
  *  Returns 0 with every field of out written; otherwise, tested in this
  *  order:
  *  3 when two of the points that define the circle coincide in plan (or
  *     the chord's plan length comes out 0);
  *  1 when the three points are collinear, or the radius is 0, not a number
- *     or shorter than half the chord; then 1 when the sight is plumb;
+ *     or shorter than half the chord; then 1 when the sight has no plan
+ *     component (zenith angle 0; at 648000 the sight keeps the slight plan
+ *     component of pi taken as 3.1415926 and is intersected as it stands);
  *  2 when the centre or the radius is out of range;
  *  5 when the sight misses the circle or meets it only behind the
  *     instrument (or at the instrument itself);

@@ -7,6 +7,10 @@ using namespace quillon;
 
 namespace {
 
+// A full turn in radians with the true pi: the turn along the arc comes from
+// atan2, not from arc-seconds.
+constexpr double FULL_TURN_RAD = 6.283185307179586;
+
 struct Circle {
     double centre_x;
     double centre_y;
@@ -68,7 +72,11 @@ ResultCode circle_from_chord(const SurveyPoint& P1, const SurveyPoint& P2, doubl
     if (radius == 0.0 || !(std::fabs(radius) >= half_chord)) {
         return DOMAIN;
     }
-    const double rise = std::sqrt(square(radius) - square(half_chord));
+    // The difference of the squares as a product: exact enough even when the
+    // radius is a hair longer than half the chord and the centre sits a hair
+    // off the chord's middle.
+    const double rise =
+        std::sqrt((std::fabs(radius) - half_chord) * (std::fabs(radius) + half_chord));
     // Unit vector of the chord; its right-hand normal is (-ey, ex).
     const double ex = (P2.X - P1.X) / chord;
     const double ey = (P2.Y - P1.Y) / chord;
@@ -153,17 +161,22 @@ ResultCode LIB_ArcCalc(const StationRecord* station, const ArcDefinition* arc, A
     const double sight_distance = std::sqrt(square((H - station->H) - station->InstrumentHeight) +
                                             square(Y - station->Y) + square(X - station->X));
 
-    // Length along the arc from P1 in its sense of travel.
-    const SurveyPoint centre = {circle.centre_x, circle.centre_y, 0.0};
-    double az_start = 0.0;
-    double az_point = 0.0;
-    LIB_CalAZ(&centre, &arc->P1, &az_start);
-    LIB_CalAZ(&centre, &hit, &az_point);
-    double sweep = circle.clockwise ? az_point - az_start : az_start - az_point;
+    // Length along the arc from P1 in its sense of travel: the turn between
+    // the radii to P1 and to the point, in true radians from atan2, so that
+    // it runs on smoothly wherever the turn passes north of the centre.
+    const double to_start_x = arc->P1.X - circle.centre_x;
+    const double to_start_y = arc->P1.Y - circle.centre_y;
+    const double to_point_x = X - circle.centre_x;
+    const double to_point_y = Y - circle.centre_y;
+    // Positive when the point lies clockwise of P1.
+    const double turn = std::atan2(to_start_x * to_point_y - to_start_y * to_point_x,
+                                   to_start_x * to_point_x + to_start_y * to_point_y);
+    double sweep = circle.clockwise ? turn : -turn;
     if (sweep < 0.0) {
-        sweep = sweep + FULL_CIRCLE;
+        sweep = sweep + FULL_TURN_RAD;
     }
-    const double arc_length = sec_to_rad(sweep) * circle.radius;
+    // Adding +0 leaves a turn of -0 as 0.
+    const double arc_length = (sweep + 0.0) * circle.radius;
 
     out->CentreX = circle.centre_x;
     out->CentreY = circle.centre_y;
