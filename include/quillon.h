@@ -1341,10 +1341,18 @@ extern QUILLON_API int nTalvor;
 #endif
 
 /* ---- layout checks ------------------------------------------------------ */
-#ifdef __cplusplus
+/* Compile-time checks of every record's size and field offsets. Compilers
+ * older than C11 / C++11 get a typedef of an array whose size turns negative
+ * when a check fails. */
+#if defined(__cplusplus) && __cplusplus >= 201103L
 #define QUILLON_STATIC_ASSERT(cond, msg) static_assert(cond, msg)
-#else
+#elif !defined(__cplusplus) && defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
 #define QUILLON_STATIC_ASSERT(cond, msg) _Static_assert(cond, msg)
+#else
+#define QUILLON_CONCAT_(a, b) a##b
+#define QUILLON_CONCAT(a, b) QUILLON_CONCAT_(a, b)
+#define QUILLON_STATIC_ASSERT(cond, msg)                                                           \
+    typedef char QUILLON_CONCAT(quillon_layout_check_, __LINE__)[(cond) ? 1 : -1]
 #endif
 #define QUILLON_LAYOUT(type, field, offset)                                                        \
     QUILLON_STATIC_ASSERT(offsetof(type, field) == (offset), #type "." #field " offset")
