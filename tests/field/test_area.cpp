@@ -2,12 +2,9 @@
 #include "bits.hpp"
 #include "records.hpp"
 
-#include <cmath>
-
 TEST(Area, KnownPolygonsInBothOrientationsAndFailures)
 {
-    // Rectangles w by h from the origin: 10000 m square is over the range
-    // limit, a centimetre less passes; a 3-4-5 triangle far out; two points.
+    // Rectangles w, h: 10000 m square is over the limit, 1 cm less passes.
     const double cases[][4] = {{1, 1, 0, 4}, {1e4, 9999.99, 0, 39999.98}, {1e4, 1e4, 2, 0}};
     const SurveyPoint tri[] = {{5e6, 5e6, 0}, {5e6 + 3, 5e6, 0}, {5e6, 5e6 + 4, 0}};
     const SurveyPoint back[] = {tri[2], tri[1], tri[0]};
@@ -32,8 +29,7 @@ TEST(Area, KnownPolygonsInBothOrientationsAndFailures)
 
 TEST(MissLine, JoinOfTheComputedPointsFoldsFacesAndCoincidence)
 {
-    // The join of the two shots' coordinates: a fold by 1296000 seconds is
-    // 1.07e-7 rad off a true circle; the azimuth is cut to whole seconds.
+    // The join of the shots' coordinates; the azimuth is cut to whole seconds.
     const StationRecord s1 = qtest::station(500, 800, 100, 1, 1, 1.5, 1.3);
     const StationRecord s2 = qtest::station(500, 800, 100, 1, 1, 1.5, 1.6);
     const DistanceRecord shots[] = {qtest::shot(0, 30, 1), qtest::shot(0, 45, -2)};
@@ -50,10 +46,9 @@ TEST(MissLine, JoinOfTheComputedPointsFoldsFacesAndCoincidence)
     EXPECT_NEAR(out.Grade, 100.0 * join.HeightDifference / join.HorizontalDistance, 1e-6);
     EXPECT_NEAR(out.Azimuth, join.Azimuth, 1.0);
     EXPECT_BITS(out.Azimuth, std::trunc(out.Azimuth));
-    // signB, HA1, HA2, HD2, azimuth preset, azimuth; the first shot 10 m out,
-    // level. By s = HA2 - HA1: in (0, 648000], above it, in (-648000, 0),
-    // at or below -648000 (stays negative, 26000.0055 cut). One direction:
-    // only the caller's azimuth is folded, strictly.
+    // signB, HA1, HA2, HD2, preset, azimuth; level, the first 10 m out. Each
+    // branch of HA2 - HA1 (at or below -648000 stays negative, 26000.0055 cut);
+    // one direction: only the caller's azimuth is folded, strictly.
     const double cases[][6] = {
         {1, 0, 324000, 10, 0, 486000},        {-1, 0, 324000, 10, 0, 1134000},
         {1, 100000, 900000, 10, 0, 824000},   {1, 36000, 684000, 50, 0, 684000},

@@ -4,11 +4,9 @@
 
 TEST(RemoteHeight, ModesFacesAndRange)
 {
-    // signB, mode, horizontal distance, vertical difference, zeniths, status,
-    // height, tolerance (0: exact). Mode 0: a cable 30 degrees up over a prism
-    // 1 m down at 20 m; level leaves 2.68e-6 m (pi as 3.1415926). Mode 1:
-    // level, then 45 degrees up at 10 m; the zenith is written, then refused;
-    // infinity minus infinity passes. Another mode writes nothing.
+    // signB, mode, distance, vertical, zeniths, status, height, tolerance (0:
+    // exact). Mode 0: 30 degrees up at 20 m; level leaves 2.68e-6 m (pi as
+    // 3.1415926). Mode 1: the zenith is written, then refused; INF - INF passes.
     const double cases[][9] = {{1, 0, 20, -1, 123, 216000, 0, 14.0470054, 1e-5},
                                {-1, 0, 20, -1, 123, 1080000, 0, 14.0470054, 1e-5},
                                {1, 0, 100, 0, 0, 324000, 0, 1.5000026795, 1e-10},

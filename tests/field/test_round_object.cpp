@@ -2,14 +2,11 @@
 #include "bits.hpp"
 #include "records.hpp"
 
-#include <cmath>
-
 TEST(RoundObject, SightedColumnIsFoundAgainAndRefusals)
 {
-    // A column of radius 2, its centre 30 m due north; the edges straddle the
-    // zero of the circle, in either order. The third sighting 2 degrees right
-    // meets the face at D cos(d) - sqrt(r^2 - (D sin(d))^2), however the
-    // distance is split with the radius argument. Face II turns the azimuth.
+    // A column of radius 2 centred 30 m north; edges straddling the zero in
+    // either order; the sight 2 degrees right meets the face at D cos(d) -
+    // sqrt(r^2 - (D sin(d))^2), split any way with the radius argument.
     const double rho = 648000.0 / 3.1415926, D = 30.0, r = 2.0, d = 7200.0;
     const double half = std::asin(r / D) * rho,
                  face =
@@ -27,9 +24,8 @@ TEST(RoundObject, SightedColumnIsFoundAgainAndRefusals)
         EXPECT_BITS(out.H, 3.0 + 1.5 + 20.0 - 1.25);
         EXPECT_TRUE(run[2] > 0 || out.Azimuth == 648000.0);
     }
-    // First edge, sight, distance, radius, status: a sight on the bisector
-    // (divisor 0), coincident edges, a sight outside the edges, the centre out
-    // of range; a centre plumb under the instrument still writes distances.
+    // First edge, sight, distance, radius, status: on the bisector, coincident
+    // edges, outside them, out of range; a centre on the station writes distances.
     const double cases[][5] = {{100, 200, 50, 0.5, 2},
                                {300, 250, 50, 0.5, 2},
                                {100, 900, 50, 0.5, 2},
