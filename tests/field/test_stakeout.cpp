@@ -21,7 +21,8 @@ TEST(StakeoutDistAngle, StatusAndDifferences)
     for (const auto& c : cases) {
         const StationRecord s = station(0, 0, 0, 1, static_cast<signed char>(c[0]));
         SODistAngleResult out = sentinel_filled<SODistAngleResult>();
-        EXPECT_EQ(LIB_SO_DistAngle(&s, &m, &c[1], c[4], c[2], &out, (unsigned char)c[3]), c[5]);
+        const auto type = static_cast<unsigned char>(c[3]);
+        EXPECT_EQ(LIB_SO_DistAngle(&s, &m, &c[1], c[4], c[2], &out, type), c[5]);
         EXPECT_TRUE(same_double(out.AngleDifference, c[6]) &&
                     same_double(out.DistanceDifference, c[7]));
     }
@@ -95,7 +96,8 @@ TEST(StakeoutHeightAndDivide, FacesRangeCountsAndPoints)
                                {3, 2, 0, 1200000, 10, 0, 96010}, {3, 2, 0, 10, 1200000, 0, -96010}};
     for (const auto& c : cases) {
         const double lengths[] = {100.0, c[2]}, directions[] = {c[3], c[4]};
-        const unsigned char counts[] = {(unsigned char)c[0], (unsigned char)c[1]};
+        const unsigned char counts[] = {static_cast<unsigned char>(c[0]),
+                                        static_cast<unsigned char>(c[1])};
         SODivideResult out = sentinel_filled<SODivideResult>();
         EXPECT_EQ(LIB_SO_Divide(lengths, directions, counts, &out), c[5]);
         EXPECT_EQ(qtest::untouched(out), c[5] != 0);
