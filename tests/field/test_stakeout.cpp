@@ -2,6 +2,8 @@
 #include "bits.hpp"
 #include "records.hpp"
 
+using qtest::same_double;
+using qtest::sentinel_filled;
 using qtest::shot;
 using qtest::station;
 
@@ -9,27 +11,25 @@ TEST(StakeoutDistAngle, StatusAndDifferences)
 {
     const DistanceRecord m = shot(10.5, 10.25, 2.5);
     const double none = qtest::sentinel_double();
-    // signB, measured, design angle, type, design, status, angle, distance.
-    // Only a height difference (type 3) may be 0 or below; the angle test is
-    // strict (-0 passes); face II takes a half circle off; folds are strict.
+    // signB, measured, design angle, type, design, status, angle, distance: only
+    // type 3 may be 0 or below; -0 passes; face II takes 648000 off; strict folds.
     const double cases[][8] = {
         {1, 0, 0, 1, 0, 1, none, none},        {1, 0, -0.0001, 3, 5, 1, none, none},
         {1, 10, -0.0, 1, 1e-300, 0, 10, 10.5}, {-1, 10, 0, 2, 10, 0, -647990, 0.25},
-        {-1, 0, 1, 3, 1, 0, 647999, 1.8}, // ((2.5 - 1) + 1.5) - 1.2
-        {1, 648000, 0, 3, -1, 0, 648000, 3.8}, {1, 0, 648001, 7, 1, 0, 647999, none}};
+        {-1, 0, 1, 3, 1, 0, 647999, 1.8},      {1, 648000, 0, 3, -1, 0, 648000, 3.8},
+        {1, 0, 648001, 7, 1, 0, 647999, none}};
     for (const auto& c : cases) {
         const StationRecord s = station(0, 0, 0, 1, static_cast<signed char>(c[0]));
-        SODistAngleResult out = qtest::sentinel_filled<SODistAngleResult>();
+        SODistAngleResult out = sentinel_filled<SODistAngleResult>();
         const auto type = static_cast<unsigned char>(c[3]);
         EXPECT_EQ(LIB_SO_DistAngle(&s, &m, &c[1], c[4], c[2], &out, type), c[5]);
-        EXPECT_BITS(out.AngleDifference, c[6]);
-        EXPECT_BITS(out.DistanceDifference, c[7]);
+        EXPECT_TRUE(same_double(out.AngleDifference, c[6]) &&
+                    same_double(out.DistanceDifference, c[7]));
     }
-    // Without a result record nothing runs; without a measurement the
-    // distance stays; without an angle the caller's difference is folded.
+    // No result record: refused; no measurement: no distance; no angle: folded.
     const StationRecord s = station(0, 0, 0);
     const double angle = 30.0;
-    SODistAngleResult out = qtest::sentinel_filled<SODistAngleResult>();
+    SODistAngleResult out = sentinel_filled<SODistAngleResult>();
     EXPECT_EQ(LIB_SO_DistAngle(&s, &m, &angle, 5.0, 0.0, nullptr, 1), 1);
     EXPECT_EQ(LIB_SO_DistAngle(&s, nullptr, &angle, 9.0, 0.0, &out, 2), 0);
     EXPECT_TRUE(out.AngleDifference == 30.0 && qtest::untouched(out.DistanceDifference));
@@ -38,13 +38,13 @@ TEST(StakeoutDistAngle, StatusAndDifferences)
     EXPECT_TRUE(out.AngleDifference == -596000.0 && out.DistanceDifference == 0.25);
 }
 
-TEST(StakeoutCoor, RefusalPlumbDesignAndFolds)
+TEST(StakeoutCoor, RefusalPlumbDesignFoldsAndAShotOnTheDesignPoint)
 {
     const StationRecord s = station(100, 0, 50);
     const DistanceRecord m = shot(3, 2.5, 1), beyond = shot(2e8, 2e8, 0);
     const SurveyPoint on{100, 0, 50}, over{100, 0, 60}, north{110, 0, 7};
+    SOCoorResult out = sentinel_filled<SOCoorResult>();
     const double angle = 100.0;
-    SOCoorResult out = qtest::sentinel_filled<SOCoorResult>();
     EXPECT_EQ(LIB_SO_Coor(&s, &m, &angle, &on, &out), 1);
     EXPECT_TRUE(qtest::untouched(out));
     EXPECT_EQ(LIB_SO_Coor(&s, &m, &angle, &over, &out), 0); // no azimuth: 0 is used
@@ -60,66 +60,48 @@ TEST(StakeoutCoor, RefusalPlumbDesignAndFolds)
         EXPECT_EQ(LIB_SO_Coor(&t, &m, &c[1], &north, &out), 0);
         EXPECT_BITS(out.AngleDifference, c[2]);
     }
+    // A face II shot on the design point 50 m away leaves nothing to move.
+    const StationRecord t = station(1000, 2000, 100, 1, -1);
+    const SurveyPoint at{1000, 2000, 100}, design{1030, 2040, 102}; // 1.5 + 1.7 + 100 - 1.2
+    const DistanceRecord hit = shot(50.03, 50.0, 1.7);
+    double reading = 0.0;
+    ASSERT_EQ(LIB_CalAZ(&at, &design, &reading), 0);
+    reading += 648000.0;
+    EXPECT_EQ(LIB_SO_Coor(&t, &hit, &reading, &design, &out), 0);
+    const double rest[] = {out.AngleDifference, out.ForwardDifference, out.LateralDifference};
+    EXPECT_NEAR(std::hypot(rest[0], rest[1], rest[2]) + std::fabs(out.HeightDifference), 0, 1e-9);
+    EXPECT_BITS(out.HorizontalDistanceDifference, 0.0);
 }
 
-TEST(StakeoutCoor, ShotOnTheDesignPointLeavesNothingToMove)
-{
-    const SurveyPoint design{1030, 2040, 102}; // 50 m away; 102 = 1.5 + 1.7 + 100 - 1.2
-    const DistanceRecord m = shot(50.03, 50.0, 1.7);
-    for (const signed char b : {1, -1}) {
-        const StationRecord s = station(1000, 2000, 100, 1, b);
-        const SurveyPoint at{s.X, s.Y, s.H};
-        double reading = 0.0;
-        ASSERT_EQ(LIB_CalAZ(&at, &design, &reading), 0);
-        reading += b == 1 ? 0.0 : 648000.0;
-        SOCoorResult out = qtest::sentinel_filled<SOCoorResult>();
-        EXPECT_EQ(LIB_SO_Coor(&s, &m, &reading, &design, &out), 0);
-        EXPECT_BITS(out.HorizontalDistanceDifference, 0.0);
-        EXPECT_NEAR(std::fabs(out.AngleDifference) + std::fabs(out.ForwardDifference) +
-                        std::fabs(out.LateralDifference) + std::fabs(out.HeightDifference),
-                    0.0, 1e-9);
-    }
-}
-
-TEST(StakeoutHeight, FacesAndRange)
+TEST(StakeoutHeightAndDivide, FacesRangeCountsAndPoints)
 {
     const StationRecord s = station(0, 0, 0);
     const DistanceRecord m = shot(20, 20, 0.5);
     const double level[] = {0, 324000}, face1[] = {0, 396000}, face2[] = {0, 900000};
-    double out = 0.0, out2 = 0.0;
-    EXPECT_EQ(LIB_SO_Height(&s, &m, level, 10.0, &out), 0);
-    EXPECT_BITS(out, 9.3);                                  // 10 - (-0.5 + 1.2)
-    EXPECT_EQ(LIB_SO_Height(&s, &m, face1, 10.0, &out), 0); // 20 degrees down
-    EXPECT_EQ(LIB_SO_Height(&s, &m, face2, 10.0, &out2), 0);
-    EXPECT_BITS(out, out2);
-    EXPECT_NEAR(out, 16.5794047, 1e-6); // 10 - ((-20 tan 20 - 0.5) + 1.2)
-    EXPECT_EQ(LIB_SO_Height(&s, &m, level, 2e8, &out), 2);
-    EXPECT_BITS(out, 199999999.3);
-    EXPECT_EQ(LIB_SO_Height(&s, &m, level, qtest::NaN, &out), 2);
-}
-
-TEST(StakeoutDivide, CountsAndPoints)
-{
+    const auto height = [&](const double* angles, double design, int status) {
+        double out = 0.0;
+        EXPECT_EQ(LIB_SO_Height(&s, &m, angles, design, &out), status);
+        return out;
+    };
+    EXPECT_BITS(height(level, 10.0, 0), 9.3);                    // 10 - (-0.5 + 1.2)
+    EXPECT_BITS(height(face1, 10.0, 0), height(face2, 10.0, 0)); // 20 degrees down
+    EXPECT_NEAR(height(face1, 10.0, 0), 16.5794047, 1e-6);       // 10 - ((-20 tan 20 - 0.5) + 1.2)
+    EXPECT_BITS(height(level, 2e8, 2), 199999999.3);
+    height(level, qtest::NaN, 2);
+    // n, i, measured distance, directions, status, angle: i up to 2n; strict fold.
     const double none = qtest::sentinel_double();
-    // n, i, status, measured distance, line and measured direction, forward, angle.
-    const double cases[][8] = {{0, 1, 1, 0, 0, 0, qtest::NaN, none},
-                               {100, 1, 1, 0, 0, 0, qtest::NaN, none},
-                               {4, 0, 1, 0, 0, 0, qtest::NaN, none},
-                               {4, 199, 1, 0, 0, 0, qtest::NaN, none},
-                               {99, 198, 0, 195, 0, 0, -5, 0}, // twice the line length
-                               {2, 1, 0, 50, 0, 648000, qtest::NaN, 648000}, // strict fold
-                               {3, 2, 0, 0, 1200000, 10, qtest::NaN, 96010},
-                               {3, 2, 0, 0, 10, 1200000, qtest::NaN, -96010}};
+    const double cases[][7] = {{0, 1, 0, 0, 0, 1, none},         {100, 1, 0, 0, 0, 1, none},
+                               {4, 0, 0, 0, 0, 1, none},         {4, 199, 0, 0, 0, 1, none},
+                               {99, 198, 195, 0, 0, 0, 0},       {2, 1, 50, 0, 648000, 0, 648000},
+                               {3, 2, 0, 1200000, 10, 0, 96010}, {3, 2, 0, 10, 1200000, 0, -96010}};
     for (const auto& c : cases) {
-        const double lengths[] = {100.0, c[3]}, directions[] = {c[4], c[5]};
+        const double lengths[] = {100.0, c[2]}, directions[] = {c[3], c[4]};
         const unsigned char counts[] = {static_cast<unsigned char>(c[0]),
                                         static_cast<unsigned char>(c[1])};
-        SODivideResult out = qtest::sentinel_filled<SODivideResult>();
-        EXPECT_EQ(LIB_SO_Divide(lengths, directions, counts, &out), c[2]);
-        EXPECT_EQ(qtest::untouched(out), c[2] != 0);
-        EXPECT_BITS(out.AngleDifference, c[7]);
-        if (!std::isnan(c[6])) {
-            EXPECT_BITS(out.ForwardDifference, c[6]);
-        }
+        SODivideResult out = sentinel_filled<SODivideResult>();
+        EXPECT_EQ(LIB_SO_Divide(lengths, directions, counts, &out), c[5]);
+        EXPECT_EQ(qtest::untouched(out), c[5] != 0);
+        EXPECT_BITS(out.AngleDifference, c[6]);
+        EXPECT_TRUE(c[1] != 198 || out.ForwardDifference == -5.0); // 195 - 198 * 100 / 99
     }
 }
