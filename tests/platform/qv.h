@@ -86,6 +86,10 @@ SurveyPoint qv_point_near(qv_gen* g, const SurveyPoint* other);
 SurveyPoint qv_point(qv_gen* g);
 /** An instrument station with random signs and refraction mode. */
 StationRecord qv_station(qv_gen* g);
+/** A station set up over a mark on a site: mostly a plain one within 100 km
+ *  of the origin, now and then any station of qv_station (far, huge or
+ *  non-finite values). */
+StationRecord qv_site_station(qv_gen* g);
 /** The mark of a station as a point. */
 SurveyPoint qv_station_point(const StationRecord* s);
 /** Azimuth from one plan position to another, arc-seconds in [0, 1296000). */

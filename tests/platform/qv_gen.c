@@ -198,6 +198,21 @@ StationRecord qv_station(qv_gen* g)
     return s;
 }
 
+StationRecord qv_site_station(qv_gen* g)
+{
+    StationRecord s;
+    if (qv_chance(g, 4)) {
+        return qv_station(g);
+    }
+    s = qv_station(g);
+    s.X = qv_uniform(g, -100000.0, 100000.0);
+    s.Y = qv_uniform(g, -100000.0, 100000.0);
+    s.H = qv_uniform(g, -100.0, 3000.0);
+    s.InstrumentHeight = qv_uniform(g, 1.2, 1.8);
+    s.TargetHeight = qv_uniform(g, 0.0, 3.0);
+    return s;
+}
+
 SurveyPoint qv_station_point(const StationRecord* s)
 {
     SurveyPoint p;

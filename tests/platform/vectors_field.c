@@ -35,23 +35,6 @@ static double zenith_angle(qv_gen* g)
     return qv_angle(g);
 }
 
-/* A station set up over a mark: mostly a plain one, now and then one with
- * far, huge or non-finite values (qv_station). */
-static StationRecord field_station(qv_gen* g)
-{
-    StationRecord s;
-    if (qv_chance(g, 4)) {
-        return qv_station(g);
-    }
-    s = qv_station(g);
-    s.X = qv_uniform(g, -100000.0, 100000.0);
-    s.Y = qv_uniform(g, -100000.0, 100000.0);
-    s.H = qv_uniform(g, -100.0, 3000.0);
-    s.InstrumentHeight = qv_uniform(g, 1.2, 1.8);
-    s.TargetHeight = qv_uniform(g, 0.0, 3.0);
-    return s;
-}
-
 /* A reduced measurement: slope distance a little longer than the horizontal
  * one, vertical and height differences of a few tens of metres; now and then
  * tiny, huge, negative or non-finite values. */
@@ -106,7 +89,7 @@ static void sodistangle_generate(qv_gen* g, void* in_)
     static const double folds[] = {648000.0,  648000.0000000001, -648000.0, -648000.0000000001,
                                    1296000.0, -1944000.0,        2000000.0, NAN};
     struct sodistangle_in* in = in_;
-    in->station = field_station(g);
+    in->station = qv_site_station(g);
     in->measured = measurement(g);
     in->measured_angle = qv_angle(g);
     in->design_distance = qv_length(g);
@@ -155,7 +138,7 @@ static void socoor_generate(qv_gen* g, void* in_)
     struct socoor_in* in = in_;
     const SurveyPoint* design = &in->design;
     SurveyPoint at;
-    in->station = field_station(g);
+    in->station = qv_site_station(g);
     at = qv_station_point(&in->station);
     in->design = qv_chance(g, 2) ? qv_point_around(g, &at, 0.5, 500.0) : qv_point_near(g, &at);
     in->measured = measurement(g);
@@ -193,7 +176,7 @@ struct soheight_out {
 static void soheight_generate(qv_gen* g, void* in_)
 {
     struct soheight_in* in = in_;
-    in->station = field_station(g);
+    in->station = qv_site_station(g);
     in->measured = measurement(g);
     in->angles[0] = qv_angle(g);
     in->angles[1] = zenith_angle(g);
@@ -263,7 +246,7 @@ static void hight_generate(qv_gen* g, void* in_)
 {
     static const unsigned char modes[] = {0, 0, 1, 1, 2, 255};
     struct hight_in* in = in_;
-    in->station = field_station(g);
+    in->station = qv_site_station(g);
     in->measured = measurement(g);
     in->first_zenith = zenith_angle(g);
     in->second_zenith =
@@ -301,7 +284,7 @@ static void osangle_generate(qv_gen* g, void* in_)
 {
     struct osangle_in* in = in_;
     SurveyPoint at;
-    in->station = field_station(g);
+    in->station = qv_site_station(g);
     at = qv_station_point(&in->station);
     in->measured = measurement(g);
     in->known = qv_chance(g, 2) ? qv_point_around(g, &at, 1.0, 800.0) : qv_point_near(g, &at);
@@ -339,7 +322,7 @@ static void osdist1_generate(qv_gen* g, void* in_)
     struct osdist1_in* in = in_;
     SurveyPoint at;
     unsigned k;
-    in->station = field_station(g);
+    in->station = qv_site_station(g);
     at = qv_station_point(&in->station);
     in->measured = measurement(g);
     in->measured_angle = qv_angle(g);
@@ -387,7 +370,7 @@ static void osdist2_generate(qv_gen* g, void* in_)
 {
     struct osdist2_in* in = in_;
     SurveyPoint at;
-    in->station = field_station(g);
+    in->station = qv_site_station(g);
     at = qv_station_point(&in->station);
     in->line[0] = qv_chance(g, 2) ? qv_point_around(g, &at, 1.0, 500.0) : qv_point_near(g, &at);
     in->line[1] = qv_chance(g, 2) ? qv_point_around(g, &in->line[0], 0.5, 50.0)
@@ -481,7 +464,7 @@ static void missline_generate(qv_gen* g, void* in_)
 {
     struct missline_in* in = in_;
     unsigned k;
-    in->station = field_station(g);
+    in->station = qv_site_station(g);
     in->measured[0] = measurement(g);
     in->measured[1] = measurement(g);
     for (k = 0; k < 6; ++k) {
@@ -666,7 +649,7 @@ static void ossdist_generate(qv_gen* g, void* in_)
     static const unsigned char modes[] = {0, 0, 1, 1, 2, 255};
     struct ossdist_in* in = in_;
     SurveyPoint at;
-    in->station = field_station(g);
+    in->station = qv_site_station(g);
     at = qv_station_point(&in->station);
     in->measured = measurement(g);
     in->known = qv_chance(g, 2) ? qv_point_around(g, &at, 1.0, 800.0) : qv_point_near(g, &at);
@@ -711,7 +694,7 @@ static void osha_generate(qv_gen* g, void* in_)
     SurveyPoint at;
     SurveyPoint target;
     double along;
-    in->station = field_station(g);
+    in->station = qv_site_station(g);
     at = qv_station_point(&in->station);
     in->line[0] = qv_point_around(g, &at, 2.0, 300.0);
     in->line[1] = qv_point_around(g, &in->line[0], 1.0, 100.0);
@@ -914,7 +897,7 @@ static void osround_generate(qv_gen* g, void* in_)
     const double half = asin(radius / distance) * QUILLON_RHO_SEC;
     const int swapped = qv_chance(g, 2);
     unsigned k;
-    in->station = field_station(g);
+    in->station = qv_site_station(g);
     in->measured = measurement(g);
     in->measured.HorizontalDistance = distance - radius + qv_uniform(g, -0.02, 0.02);
     for (k = 0; k < 3; ++k) {

@@ -17,23 +17,6 @@ static const unsigned char mode_bytes[] = {0, 0, 1, 1, 2, 255};
 
 /* ---- shared pieces of a set-up ---------------------------------------------- */
 
-/* A station over a mark: mostly a plain one, now and then one with far,
- * huge or non-finite values (qv_station). */
-static StationRecord setup_station(qv_gen* g)
-{
-    StationRecord s;
-    if (qv_chance(g, 4)) {
-        return qv_station(g);
-    }
-    s = qv_station(g);
-    s.X = qv_uniform(g, -100000.0, 100000.0);
-    s.Y = qv_uniform(g, -100000.0, 100000.0);
-    s.H = qv_uniform(g, -100.0, 3000.0);
-    s.InstrumentHeight = qv_uniform(g, 1.2, 1.8);
-    s.TargetHeight = qv_uniform(g, 0.0, 3.0);
-    return s;
-}
-
 /* The sight from the instrument centre (station plus instrument height) to a
  * point: its azimuth and zenith angle on face I, or the face II reading of
  * both when face_two is set. */
@@ -396,7 +379,7 @@ static void vplane_generate(qv_gen* g, void* in_)
     SurveyPoint at;
     SurveyPoint target;
     double along = qv_uniform(g, -0.5, 1.5);
-    in->station = setup_station(g);
+    in->station = qv_site_station(g);
     at = qv_station_point(&in->station);
     in->plane[0] = qv_point_around(g, &at, 2.0, 300.0);
     in->plane[1] = qv_point_around(g, &in->plane[0], 1.0, 100.0);
@@ -454,7 +437,7 @@ static void splane_generate(qv_gen* g, void* in_)
     SurveyPoint target;
     const double u = qv_uniform(g, -0.5, 1.5);
     const double v = qv_uniform(g, -0.5, 1.5);
-    in->station = setup_station(g);
+    in->station = qv_site_station(g);
     at = qv_station_point(&in->station);
     in->plane[0] = qv_point_around(g, &at, 2.0, 300.0);
     in->plane[1] = qv_point_around(g, &in->plane[0], 1.0, 100.0);
@@ -521,7 +504,7 @@ static void arc_generate(qv_gen* g, void* in_)
     const double sense = qv_chance(g, 2) ? 1.0 : -1.0;
     double bearing = qv_uniform(g, 0.0, 6.283185307179586);
     unsigned k;
-    in->station = setup_station(g);
+    in->station = qv_site_station(g);
     at = qv_station_point(&in->station);
     /* the station inside the circle or outside it */
     centre = qv_point_around(g, &at, 0.0, qv_chance(g, 2) ? radius * 0.9 : radius * 3.0);
