@@ -160,6 +160,22 @@ ResultCode emit_curve(ProfileWalk& walk, const VElement& point, double grade_out
     return OK;
 }
 
+// Emits a curve whose start has just been placed: its start range-tested
+// (the point's Chainage and Elevation already written back), then the grade
+// line leading to it, if any, then the curve.
+ResultCode emit_curve_from_start(ProfileWalk& walk, const VElement& point, double grade_out,
+                                 unsigned char* table_count)
+{
+    if (!in_range(point.Chainage) || !in_range(point.Elevation)) {
+        return RANGE;
+    }
+    const ResultCode status = emit_line_if_needed(walk, point.Chainage, table_count);
+    if (status != OK) {
+        return status;
+    }
+    return emit_curve(walk, point, grade_out, table_count);
+}
+
 // Grade from one intersection point to the next, over the plan distance.
 double grade_between(const VElement& from, const VElement& to)
 {
@@ -396,14 +412,7 @@ ResultCode LIB_CalWay_V_Cross_MainPoint(VElement* points, unsigned char count, V
             const double T = std::tan(w * 0.5) * p.Radius;
             p.Chainage = p.VertexChainage - T;
             p.Elevation = p.VertexElevation - std::sin(std::atan(walk.grade)) * T;
-            if (!in_range(p.Chainage) || !in_range(p.Elevation)) {
-                return RANGE;
-            }
-            status = emit_line_if_needed(walk, p.Chainage, table_count);
-            if (status != OK) {
-                return status;
-            }
-            status = emit_curve(walk, p, grade_out, table_count);
+            status = emit_curve_from_start(walk, p, grade_out, table_count);
             if (status != OK) {
                 return status;
             }
@@ -422,14 +431,7 @@ ResultCode LIB_CalWay_V_Cross_MainPoint(VElement* points, unsigned char count, V
             }
             p.Chainage = p.VertexChainage - p.Length * 0.5;
             p.Elevation = p.VertexElevation - p.Length * walk.grade * 0.5;
-            if (!in_range(p.Chainage) || !in_range(p.Elevation)) {
-                return RANGE;
-            }
-            status = emit_line_if_needed(walk, p.Chainage, table_count);
-            if (status != OK) {
-                return status;
-            }
-            status = emit_curve(walk, p, grade_out, table_count);
+            status = emit_curve_from_start(walk, p, grade_out, table_count);
             if (status != OK) {
                 return status;
             }
