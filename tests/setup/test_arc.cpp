@@ -27,6 +27,8 @@ TEST(Arc, SightsWithKnownCrossings)
         {-200, 0, 0.0, 0, 0, -R, 0, R * PI},
         {0, -300, secant, 0, 0, 80, -60, R * (2 * PI - std::atan2(60.0, 80.0))},
         {0, 60, 0.0, 0, 0, 80, 60, R * std::atan2(60.0, 80.0)},
+        {0, -100, 324000.0, 0, 0, 0, R, R * PI / 2}, // from the circle: the far crossing
+        {0, -0.0, -0.0, 0, 0, R, 0, 0.0},            // on P1 with a turn of -0: length +0
         {0, 0, 324000.0, 1, R, 0, R, R * PI / 2},
         {100, 100, 648000.0, 1, -R, 0, 100, R * PI / 2},
     };
@@ -41,6 +43,7 @@ TEST(Arc, SightsWithKnownCrossings)
         EXPECT_NEAR(std::hypot(out.X - c[5], out.Y - c[6]), 0.0, 1e-5);
         EXPECT_NEAR(out.HorizontalDistance, std::hypot(c[5] - c[0], c[6] - c[1]), 1e-5);
         EXPECT_NEAR(out.ArcLength, c[7], 1e-5);
+        EXPECT_FALSE(std::signbit(out.ArcLength));
     }
     // 6000 seconds below the horizon toward azimuth 100000 seconds, 100 m out.
     const StationRecord station = qtest::station(0.0, 0.0, 50.0);
@@ -88,4 +91,10 @@ TEST(Arc, FailuresInTheirOrder)
     fails("plumb sight", circle(324000.0, 0.0), 0, 1);
     fails("sight away from the circle", circle(972000.0), 0, 5);
     fails("sight passing the circle", circle(0.0), 0, 5);
+    // Tangent from a hair outside, all but plumb: the roots' product underflows to 0, and the
+    // sight misses rather than meeting the circle at infinity.
+    const StationRecord beside = qtest::station(-0.0, 100.000000000001, 0.0, 1, 1, 0.0);
+    const ArcDefinition grazing = circle(-0.0, 1e-152);
+    ArcResult out = qtest::sentinel_filled<ArcResult>();
+    EXPECT_EQ(LIB_ArcCalc(&beside, &grazing, &out, 0), 5);
 }

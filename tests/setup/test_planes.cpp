@@ -61,6 +61,8 @@ TEST(Planes, SightAimedAtThePlaneHitsIt)
     // East of the level plane's line is right of it; north of the sloped
     // plane's line (rising half a metre per metre northward) is left of it.
     expect_hit(LIB_SPlane, LEVEL, {1030, 2050, 95}, 30.0, 40.0);
+    // West of it is left, though its direction from P1 (326 degrees) is past a half circle.
+    expect_hit(LIB_SPlane, LEVEL, {1030, 1990, 95}, 30.0, -20.0);
     expect_hit(LIB_SPlane, SLOPED, {1150, 1930, 125}, 30.0, -std::sqrt(3125.0));
 }
 

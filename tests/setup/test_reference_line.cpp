@@ -80,4 +80,9 @@ TEST(ReferenceLine, PointSetOutIsFoundAgainAndExactCases)
     SurveyPoint point;
     ASSERT_EQ(LIB_LSO_Point(north, &pos, &point), 0);
     EXPECT_TRUE(point.X == 1000.000000008 && qtest::same_double(point.Y, 0.0)) << point.X;
+    // 100 m to the left: -324000 seconds, taken round to 972000, which with pi as 3.1415926
+    // falls short of the true west by 3 pi / 2 - 4.7123889 = 8.0384690e-8 radians.
+    const LinePosition left = {0.0, -100.0};
+    ASSERT_EQ(LIB_LSO_Point(north, &left, &point), 0);
+    EXPECT_NEAR(point.X, -100.0 * 8.0384690e-8, 1e-12);
 }

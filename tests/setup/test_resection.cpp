@@ -59,6 +59,15 @@ TEST(ResectionByDirections, DistancesToTheTruncationAndTheIndexQuirk)
             worst = std::max(std::fabs(distances[i] - distance_to(s.known[i])), worst);
         EXPECT_TRUE(worst > 1e-5 && worst < 1e-3) << c << " " << worst;
     }
+    // A full circle added to the readings after the gap leaves the figure as it is: starting
+    // just after the gap must give the very same distances as the readings that have none.
+    Sightings turned = sight({0, 1, 2}, 108000.0, true);
+    double after_gap[3], no_gap[3];
+    ASSERT_EQ(LIB_RESA2D(turned.obs.data(), turned.known.data(), 3, after_gap), 0);
+    turned.obs[1].Horizontal += 1296000.0, turned.obs[2].Horizontal += 1296000.0;
+    ASSERT_EQ(LIB_RESA2D(turned.obs.data(), turned.known.data(), 3, no_gap), 0);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_BITS(after_gap[i], no_gap[i]);
     // 3 to 20 points. Only five carry their own index: the sixth one's result
     // lands in distances[0], and distances[5] onward keep the caller's values.
     const auto s = sight({0, 1, 2, 3, 4, 5, 0, 1, 2, 3, 4, 5, 0, 1, 2, 3, 4, 5, 0, 1, 2}, 0, true);
@@ -108,6 +117,24 @@ TEST(ResectionWithDistances, StationHeightAndOrientation)
     EXPECT_NEAR(std::hypot(out.X - STATION.X, out.Y - STATION.Y), 0.0, 0.005);
     EXPECT_NEAR(out.Orientation, 250000.0, 3.0);
     EXPECT_TRUE(out.mX > 0.0005 && out.mX < 0.01 && out.mY > 0.0005 && out.mY < 0.01) << out.mX;
+    // 10 m north, east, south and west, measured 0.1 m long north and south, 0.1 m short east
+    // and west: scale a = 400 / (2 * 10.1^2 + 2 * 9.9^2) = 1 / 1.0001, residuals
+    // +-(10.1 a - 10) = +-0.099 / 1.0001 in X and +-0.101 / 1.0001 in Y, each on two points;
+    // m = sqrt(2 r^2 / (4 - 1)).
+    Sightings cross;
+    cross.known = {{10, 0, 0}, {0, 10, 0}, {-10, 0, 0}, {0, -10, 0}};
+    for (int i = 0; i < 4; ++i) {
+        cross.obs.push_back({i * 324000.0, 324000.0, 0.0});
+        cross.shots.push_back(qtest::shot(0.0, i % 2 ? 9.9 : 10.1, 0.0));
+    }
+    ASSERT_EQ(fit(cross, 4, &out), 0);
+    EXPECT_NEAR(out.mX, 0.099 / 1.0001 * std::sqrt(2.0 / 3.0), 1e-6);
+    EXPECT_NEAR(out.mY, 0.101 / 1.0001 * std::sqrt(2.0 / 3.0), 1e-6);
+    // Two sightings leave no redundancy, even when no distance was measured and the fit is
+    // singular (0 / 0): deviations 0, not residuals of not-a-number.
+    cross.shots[0].HorizontalDistance = cross.shots[1].HorizontalDistance = 0.0;
+    ASSERT_EQ(fit(cross, 2, &out), 0);
+    EXPECT_TRUE(std::isnan(out.X) && out.mX == 0.0 && out.mY == 0.0) << out.mX;
     // Height only. Vertical sights to heights 10, 10, 13 weigh 1 / (1 + 1), 1 / (1 + 1) and
     // 1 / (0 + 1): the cosine is added, not multiplied. Level 100 m sights to 100.0 and 100.1:
     // a deviation of 0.05 * sqrt(2 / 10000) through single precision.
@@ -123,6 +150,10 @@ TEST(ResectionWithDistances, StationHeightAndOrientation)
     ASSERT_EQ(LIB_RESDist(0.0, d + 3, o + 3, k + 3, zero, 2, &out, 1), 0);
     EXPECT_NEAR(out.mH, 7.0710678e-4, 1e-10);
     EXPECT_BITS(out.mH, static_cast<double>(static_cast<float>(out.mH)));
+    // 100.0 and 100.01: 0.005 * sqrt(2 / 10000) = 7.1e-5 is under 0.0001 and counts as none.
+    const SurveyPoint close[] = {{0, 0, 100}, {0, 0, 100.01}};
+    ASSERT_EQ(LIB_RESDist(0.0, d + 3, o + 3, close, zero, 2, &out, 1), 0);
+    EXPECT_EQ(out.mH, 0.0);
     // One sighting: no deviation. An unknown mode takes any count, even none.
     ASSERT_EQ(LIB_RESDist(1.25, d + 3, o + 3, k + 3, zero, 1, &out, 1), 0);
     EXPECT_TRUE(out.H == 98.75 && out.mH == 0.0) << out.H << " " << out.mH;
