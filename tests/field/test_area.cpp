@@ -4,8 +4,13 @@
 
 TEST(Area, KnownPolygonsInBothOrientationsAndFailures)
 {
-    // Rectangles w, h: 10000 m square is over the limit, 1 cm less passes.
-    const double cases[][4] = {{1, 1, 0, 4}, {1e4, 9999.99, 0, 39999.98}, {1e4, 1e4, 2, 0}};
+    // Rectangles w, h: 10000 m square is over the limit, 1 cm less passes;
+    // an area of exactly the limit passes, the next double above it does not.
+    const double cases[][4] = {{1, 1, 0, 4},
+                               {1e4, 9999.99, 0, 39999.98},
+                               {1e4, 1e4, 2, 0},
+                               {1, qtest::LIMIT, 0, 200000001.9998},
+                               {1, qtest::ABOVE_LIMIT, 2, 0}};
     const SurveyPoint tri[] = {{5e6, 5e6, 0}, {5e6 + 3, 5e6, 0}, {5e6, 5e6 + 4, 0}};
     const SurveyPoint back[] = {tri[2], tri[1], tri[0]};
     for (int turn = 0; turn < 2; ++turn) {

@@ -3,6 +3,7 @@
 #include "records.hpp"
 
 #include <algorithm>
+#include <cmath>
 
 TEST(SightOffsets, SlopeDistanceAndHorizontalAngleToAWall)
 {
@@ -48,11 +49,13 @@ TEST(SightOffsets, SlopeDistanceAndHorizontalAngleToAWall)
         EXPECT_NEAR(hit.Azimuth, face == 1 ? az : az - 648000.0, 1e-1);
     }
     // Ends, angle, status: behind; through the station, ending on it, around
-    // it; constant northing; a sight parallel to the line; out of range.
-    const double lines[][6] = {{10, -20, 30, 20, 648000, 5},   {10, 10, 20, 20, 0, 3},
-                               {0, 0, 20, 20, 0, 3},           {10, 0, -10, 0, 100000, 3},
-                               {10, -5, 10, 5, 0, 2},          {0, 5, 10, 5, 0, 2},
-                               {2e8 - 1, -1, 2e8 + 1, 1, 0, 2}};
+    // it; constant northing; sights parallel to the line, due north and at
+    // 162000" (the line rising by exactly that sight's tangent); out of range.
+    const double rise = std::tan(162000.0 * (3.1415926 / 648000.0));
+    const double lines[][6] = {{10, -20, 30, 20, 648000, 5}, {10, 10, 20, 20, 0, 3},
+                               {0, 0, 20, 20, 0, 3},         {10, 0, -10, 0, 100000, 3},
+                               {10, -5, 10, 5, 0, 2},        {0, 5, 10, 5, 0, 2},
+                               {10, 0, 11, rise, 162000, 2}, {2e8 - 1, -1, 2e8 + 1, 1, 0, 2}};
     st = qtest::station(0.0, 0.0, 0.0);
     for (const auto& c : lines) {
         const SurveyPoint line[2] = {{c[0], c[1], 0}, {c[2], c[3], 0}};

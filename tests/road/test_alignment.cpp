@@ -144,6 +144,12 @@ TEST(HOn, AgreesWithTheIntegratedAlignment)
     EXPECT_EQ(LIB_CalWay_H_On(spin, 2, 10.0, &q), 2);
     EXPECT_NEAR(gap(q.X, q.Y, 100.0, -1.0), 1.0, 1e-12); // on the circle
     EXPECT_TRUE(qtest::untouched(q.Azimuth));
+    // Exactly a millimetre from both ends of a 2 mm line is on neither main
+    // point: the line itself is evaluated.
+    const HElement stub[2] = {element(1, 0.0, 0.0, 0.0, 0.002, 0.0, 0, 0, 0.0),
+                              element(0, 0.002, 0.0, 0.0, 0.0, 0.0, 0, 0, 0.002)};
+    EXPECT_EQ(LIB_CalWay_H_On(stub, 2, 0.001, &q), 0);
+    EXPECT_TRUE(q.X == 0.001 && q.Y == 0.0 && q.Azimuth == 0.0);
 }
 
 TEST(Pile, ListsOfPiles)
@@ -162,9 +168,9 @@ TEST(Pile, ListsOfPiles)
         eighty[j] += j * 100.0;
     }
     // Modes other than 0 and 1 count from 0. De-duplication is one pass: of
-    // three entries within the tolerance the first and third stay. A full
-    // list stops at 80 entries as built, unsorted; 80 main points leave no
-    // room for the first pile.
+    // three entries within the tolerance the first and third stay; exactly a
+    // millimetre apart is within it. A full list stops at 80 entries as
+    // built, unsorted; 80 main points leave no room for the first pile.
     // clang-format off
     const Case cases[] = {
         {road, 20.0, 0, 0, {12.3, 20, 40, 60, 80, 100}, 6},
@@ -173,6 +179,7 @@ TEST(Pile, ListsOfPiles)
         {road, 20.0, 5, 0, {0, 12.3, 20, 40, 60, 80, 100}, 7},
         {{0, 39.9995, 100}, 20.0, 0, 0, {0, 20, 39.9995, 60, 80, 100, -1, -1}, 6},
         {{0, 40.0004, 40.0008, 100}, 20.0, 0, 0, {0, 20, 40, 40.0008, 60, 80, 100, -1, -1}, 7},
+        {{0.001, 0.002, 30}, 20.0, 0, 0, {0.001, 20, 30, -1}, 3},
         {{5, 3, 1}, 0.0, 0, 0, {5, 3, 1}, 3}, {{}, 0.0, 0, 0, {}, 0}, {{}, 20.0, 0, 1, {}, 0},
         {{0, NaN, 100}, 20.0, 0, 1, {}, 0}, {road, -1.0, 0, 1, {}, 0}, {road, 1e9, 0, 1, {}, 0},
         {std::vector<double>(82, 1.0), 0.0, 0, 1, {}, 0}, {eighty, 30.0, 0, 4, {1, 101, 201}, 80},

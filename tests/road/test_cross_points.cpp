@@ -26,6 +26,18 @@ std::vector<CrossPoint> zigzag(int n, double transition)
     return points;
 }
 
+// zigzag(n, 50) with its first `missing` transition curves left out (exit,
+// then entry, point by point): each moves the later records up by one.
+std::vector<CrossPoint> missing_curves(int n, int missing)
+{
+    std::vector<CrossPoint> points = zigzag(n, 50.0);
+    for (int j = 0; j < missing; ++j) {
+        CrossPoint& point = points[1 + j / 2];
+        (j % 2 == 0 ? point.ExitLength : point.EntryLength) = 0.0;
+    }
+    return points;
+}
+
 using Builder = ResultCode (*)(CrossPoint*, unsigned char, HElement*, uint32_t*);
 const Builder BUILDERS[] = {LIB_CalWay_H_Cross_MainPoint, LIB_CalWay_H_Cross_MainPoint_Full};
 
@@ -152,8 +164,10 @@ TEST(CrossMainPoint, StatusesAndTableCapacity)
     one_entry[1].EntryLength = 50.0;
     // Quarter turns sharing the 100 m between their points leave no straight.
     // Four records a point: the straight to the 21st fills the last slot and
-    // becomes the end mark. Two a point (three at one): 41 points fill all
-    // 81 slots, 42 do not fit.
+    // becomes the end mark; with one, two or three curves fewer the entry
+    // curve, the arc or the exit curve fills it, and the next element (a
+    // straight to a 22nd point, or the final one) is refused. Two a point
+    // (three at one): 41 points fill all 81 slots, 42 do not fit.
     // clang-format off
     const Case cases[] = {
         {{}, 1, 1, 0}, {{a}, 3, 1, 0}, {{a, ip(30, 40)}, 0, 0, 2}, {{a, ip(0, 0, 50), c}, 3, 3, 0},
@@ -163,6 +177,8 @@ TEST(CrossMainPoint, StatusesAndTableCapacity)
         {{a, ip(100, 0, 1e9), c}, 1, 2, 0}, {{a, ip(100, 0, 50, -1.0), c}, 1, 1, 0},
         {{a, ip(100, 0, 50, 0, 0, 1e9), c}, 1, 1, 0}, {{a, ip(100, 0, 0, 0, 0, NaN)}, 1, 1, 0},
         {std::vector<CrossPoint>(81, a), 4, 4, 0}, {zigzag(23, 50.0), 4, 4, 81},
+        {missing_curves(23, 1), 4, 4, 81}, {missing_curves(23, 2), 4, 4, 81},
+        {missing_curves(24, 3), 4, 4, 81}, {missing_curves(23, 3), 4, 4, 81},
         {zigzag(41, 0.0), 0, 0, 80}, {one_entry, 0, 0, 81}, {zigzag(42, 0.0), 4, 4, 81}};
     // clang-format on
     for (const Case& k : cases) {

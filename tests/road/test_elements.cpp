@@ -41,7 +41,8 @@ TEST(ElementAzimuth, FoldsAndTheTwoCircleLimit)
 {
     // type, azimuth, l, radius, turn, spiral, status, azimuth out. An exit
     // curve's azimuth is turned forward; to the right a negative one is
-    // folded up, to the left never. Unknown turn or spiral gives 0.
+    // folded up, to the left never. Unknown turn or spiral gives 0. Two full
+    // circles (2592000" survives the trip through radians exactly) is refused.
     const double g = RHO; // one radian
     // clang-format off
     const Row<8> cases[] = {
@@ -51,7 +52,7 @@ TEST(ElementAzimuth, FoldsAndTheTwoCircleLimit)
         {2, 0, 10, 1, 0, 0, 2, 0},                 {2, 0, 10, 0, 1, 0, 2, 0},
         {3, -1000000, 0, 100, 1, 1, 0, 944000},    {3, -1000000, 0, 100, 0, 1, 2, 0},
         {3, 1000000, 0, 100, 0, 1, 0, 352000},     {2, 456789, 10, 100, 2, 0, 0, 0},
-        {3, 456789, 10, 100, 1, 2, 0, 0}};
+        {3, 456789, 10, 100, 1, 2, 0, 0},          {2, 2592000, 0, 100, 0, 0, 2, 0}};
     // clang-format on
     for (const auto& c : cases) {
         const HElement e = element(c[0], 0.0, 0.0, c[1], 50.0, c[3], c[4], c[5]);

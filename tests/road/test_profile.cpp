@@ -56,6 +56,16 @@ TEST(VerticalTable, GradeLineParabolicCrestAndLookup)
         EXPECT_EQ(LIB_CalWay_V_On(table, c[0], c[1], &h), c[0] == 0 ? 4 : 0) << c[1];
         EXPECT_TRUE(std::isnan(c[2]) ? qtest::untouched(h) : std::fabs(h - c[2]) < 1e-12) << c[1];
     }
+    // On a 4 mm grade line, exactly a millimetre from a record is neither on
+    // it, nor off that end, nor inside the line: nothing is written.
+    const VElement stub[] = {element(1, 1, 0.004, 0.5, 0.0, 50.0, 0.02)};
+    VElement short_table[2];
+    ASSERT_EQ(LIB_CalWay_V_Ele_MainPoint(stub, 2, short_table), 0);
+    for (double K : {-0.001, 0.001, 0.003, 0.005}) {
+        h = S;
+        EXPECT_EQ(LIB_CalWay_V_On(short_table, 2, K, &h), 0);
+        EXPECT_TRUE(qtest::untouched(h)) << K;
+    }
     for (const VElement& crest : {element(2, 0, 2000.0, -0.01, 0.0, 50.0, 0.02),
                                   element(2, 1, 60.0, -0.01, 0.0, 50.0, 0.02)}) {
         ASSERT_EQ(LIB_CalWay_V_Ele_MainPoint(&crest, 2, table), 0);
