@@ -1,10 +1,11 @@
 # Installation: header, both libraries, a CMake package (find_package(Quillon)
-# gives Quillon::quillon and Quillon::quillon_static) and a pkg-config file.
+# gives Quillon::quillon, Quillon::quillon_static, Quillon::survey and
+# Quillon::survey_static) and a pkg-config file.
 include(CMakePackageConfigHelpers)
 
 set(QUILLON_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Quillon)
 
-install(TARGETS quillon quillon_static
+install(TARGETS quillon quillon_static quillon_survey quillon_survey_static
     EXPORT QuillonTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
@@ -12,6 +13,8 @@ install(TARGETS quillon quillon_static
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(FILES ${PROJECT_SOURCE_DIR}/include/quillon.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES ${PROJECT_SOURCE_DIR}/include/quillon/survey.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quillon)
 
 install(EXPORT QuillonTargets
     NAMESPACE Quillon::
@@ -41,5 +44,7 @@ if(IS_ABSOLUTE "${CMAKE_INSTALL_INCLUDEDIR}")
 else()
     set(QUILLON_PC_INCLUDEDIR "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
 endif()
-configure_file(${PROJECT_SOURCE_DIR}/cmake/quillon.pc.in ${PROJECT_BINARY_DIR}/quillon.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/quillon.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(_pc quillon quillon_survey)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/${_pc}.pc.in ${PROJECT_BINARY_DIR}/${_pc}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${_pc}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()

@@ -1,0 +1,28 @@
+# The dynamic symbol table of the survey library holds exactly the names
+# its header declares, and at least one.
+#   cmake -DLIBRARY=libquillon_survey.so "-DNAMES=a;b" -DNM=nm -P check_survey_exports.cmake
+execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY}
+    OUTPUT_VARIABLE table RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+    message(FATAL_ERROR "${NM} failed on ${LIBRARY}")
+endif()
+string(REPLACE "\n" ";" table_lines "${table}")
+set(actual)
+foreach(line IN LISTS table_lines)
+    if(line MATCHES "^[0-9a-fA-F]* *[A-Za-z] ([^ @]+)")
+        list(APPEND actual ${CMAKE_MATCH_1})
+    endif()
+endforeach()
+list(REMOVE_DUPLICATES actual)
+if(NOT NAMES)
+    message(FATAL_ERROR "no names read from the header")
+endif()
+set(missing ${NAMES})
+list(REMOVE_ITEM missing ${actual})
+set(extra ${actual})
+list(REMOVE_ITEM extra ${NAMES})
+if(missing OR extra)
+    message(FATAL_ERROR "export table differs from the header\n  missing: ${missing}\n  extra: ${extra}")
+endif()
+list(LENGTH NAMES n)
+message(STATUS "${n} names exported as declared")
