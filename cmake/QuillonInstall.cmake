@@ -1,6 +1,12 @@
-# Installation: header, both libraries, a CMake package (find_package(Quillon)
+# Installation: headers, both libraries, a CMake package (find_package(Quillon)
 # gives Quillon::quillon, Quillon::quillon_static, Quillon::survey and
-# Quillon::survey_static) and a pkg-config file.
+# Quillon::survey_static) and pkg-config files.
+#
+# Included only when QUILLON_INSTALL is on, which it is by default only when
+# Quillon is the top-level project: a project that adds Quillon with
+# add_subdirectory gets no install rules from it unless it asks. Every
+# install rule of both libraries, the survey layer's included, lives here so
+# that the one option governs them all.
 include(CMakePackageConfigHelpers)
 
 set(QUILLON_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Quillon)
