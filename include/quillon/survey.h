@@ -107,7 +107,8 @@ QS_API const char* qs_status_message(qs_status status);
  *     dH = S cos z                      (slope distance measured)
  *     dH = D cot z                      (no distance: D from the fitted station)
  * plus, with curvature on, (1 - k) D^2 / (2 R) (earth curvature less
- * refraction, k the refraction coefficient). The station height is their
+ * refraction, k the refraction coefficient), D = S sin z where the distance
+ * was measured. The station height is their
  * weighted mean, with sigma(dH)^2 = (cos z s_S)^2 + (S sin z s_z)^2, or
  * (D s_z / sin^2 z)^2 without a distance (the fitted D taken as exact).
  *

@@ -294,23 +294,25 @@ struct BlunderSearch {
 };
 
 // The trigonometric height of the station mark from one sighting, with its
-// a priori standard deviation; distance is the horizontal one (m).
+// a priori standard deviation. The horizontal distance is the measured one
+// reduced, or without a measured distance the one to the fitted station.
 struct Height {
     double value;
     double sigma;
 };
 
-Height trigonometric_height(const qs_sighting& s, const qs_free_station_options& o, double distance)
+Height trigonometric_height(const qs_sighting& s, const qs_free_station_options& o,
+                            double fitted_distance)
 {
     const double zenith = s.zenith * QS_RAD_PER_SEC;
     const double sigma_zenith = o.sigma_zenith * QS_RAD_PER_SEC;
+    double distance = fitted_distance;
     double rise = 0.0;
     double sigma = 0.0;
     if (s.has_distance == 1) {
-        const double slope_part = std::cos(zenith) * slope_sigma(s, o);
-        const double zenith_part = s.slope_distance * std::sin(zenith) * sigma_zenith;
+        distance = s.slope_distance * std::sin(zenith);
         rise = s.slope_distance * std::cos(zenith);
-        sigma = std::hypot(slope_part, zenith_part);
+        sigma = std::hypot(std::cos(zenith) * slope_sigma(s, o), distance * sigma_zenith);
     } else {
         const double sine = std::sin(zenith);
         rise = distance * std::cos(zenith) / sine;
