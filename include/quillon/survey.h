@@ -104,13 +104,13 @@ QS_API const char* qs_status_message(qs_status status);
  *
  * Height: every sighting with a zenith angle gives a height of the station
  * mark, H_i = H_point + target_height - dH - instrument_height, with
- *     dH = S cos z                      (slope distance measured)
- *     dH = D cot z                      (no distance: D from the fitted station)
- * plus, with curvature on, (1 - k) D^2 / (2 R) (earth curvature less
- * refraction, k the refraction coefficient), D = S sin z where the distance
- * was measured. The station height is their
- * weighted mean, with sigma(dH)^2 = (cos z s_S)^2 + (S sin z s_z)^2, or
- * (D s_z / sin^2 z)^2 without a distance (the fitted D taken as exact).
+ *     dH = S cos z   sigma(dH)^2 = (cos z s_S)^2 + (D s_z)^2    (distance measured)
+ *     dH = D cot z   sigma(dH) = D s_z / sin^2 z                (no distance)
+ * plus, with curvature on, (1 - k) D^2 / (2 R): earth curvature less
+ * refraction, k the refraction coefficient, R the earth radius. D is
+ * S sin z where the distance was measured, otherwise the horizontal distance
+ * from the fitted station (taken as exact). The station height is the
+ * weighted mean of the H_i.
  *
  * Standard deviations of the results are the a priori ones scaled by the a
  * posteriori sigma of unit weight; with no redundancy (0 degrees of freedom,
@@ -125,8 +125,8 @@ QS_API const char* qs_status_message(qs_status status);
  * the threshold (3.29: two-sided, 0.1 per cent, normal distribution).
  *
  * Geometry: the fit is refused (QS_SINGULAR) when the station is not
- * determined or barely so: on the circle through three points with
- * directions alone, in one line with all points, or near such places. The
+ * determined or barely so: with directions alone, on the circle through
+ * three points or in one line with all of them, or near such places. The
  * measure is the inflation F = trace(Qxy) trace(Nxy) / 4 of the normal
  * equations (Nxy the plan block of the normal matrix, Qxy that of its
  * inverse): 1 for an ideal, evenly surrounded station, F grows as the
@@ -145,37 +145,43 @@ QS_API const char* qs_status_message(qs_status status);
 #define QS_EARTH_RADIUS 6371000.0
 /** Critical value of |w|: two-sided test at 0.1 per cent. */
 #define QS_BLUNDER_THRESHOLD 3.29
+/** Largest magnitude of a coordinate, height or length taken, m. Bounds on
+ *  inputs keep every intermediate value finite. */
+#define QS_MAX_LENGTH 1.0e9
 
 /** One sighting from the free station to a known point. Every field must be
- *  finite, read or not. */
+ *  finite and in its range, read or not; lengths within +-QS_MAX_LENGTH. */
 typedef struct qs_sighting {
     double x;              /**< northing of the known point, m */
     double y;              /**< easting of the known point, m */
     double h;              /**< elevation of the known point, m */
-    double direction;      /**< horizontal circle reading, arc-seconds */
-    double slope_distance; /**< slope distance, m, > 0 (read when has_distance) */
-    double zenith;         /**< zenith angle, arc-seconds, in (0, 648000) (read when
-                                has_zenith) */
+    double direction;      /**< horizontal circle reading, arc-seconds (any finite value) */
+    double slope_distance; /**< slope distance, m, > 0 when has_distance */
+    double zenith;         /**< zenith angle, arc-seconds, 1 to 647999 when has_zenith (not
+                                within 1" of the plumb line) */
     double target_height;  /**< height of the target over the known point, m */
     int has_distance;      /**< 1: slope_distance was measured; 0: not */
     int has_zenith;        /**< 1: zenith was measured; 0: not */
 } qs_sighting;
 
-/** How the free station is computed. */
+/** How the free station is computed. Every field must be in its range,
+ *  read or not. */
 typedef struct qs_free_station_options {
-    double instrument_height;  /**< height of the instrument axis over the mark, m */
+    double instrument_height;  /**< height of the instrument axis over the mark, m, within
+                                    +-QS_MAX_LENGTH */
     double sigma_direction;    /**< a priori standard deviation of a direction, arc-seconds,
-                                    > 0 */
+                                    0.001 to 3600 */
     double sigma_zenith;       /**< a priori standard deviation of a zenith angle,
-                                    arc-seconds, > 0 */
+                                    arc-seconds, 0.001 to 3600 */
     double sigma_distance_mm;  /**< constant part of a distance's standard deviation, mm,
-                                    > 0 */
-    double sigma_distance_ppm; /**< part proportional to the distance, mm per km, >= 0 */
-    double refraction;         /**< refraction coefficient k (0.13 is usual); read with
-                                    curvature on */
-    double earth_radius;       /**< earth radius, m, > 0 (QS_EARTH_RADIUS); read with
-                                    curvature on */
-    double blunder_threshold;  /**< critical value of |w|, > 0 (QS_BLUNDER_THRESHOLD) */
+                                    0.01 to 1000 */
+    double sigma_distance_ppm; /**< part proportional to the distance, mm per km, 0 to 1000 */
+    double refraction;         /**< refraction coefficient k, -1 to 1 (0.13 is usual); read
+                                    with curvature on */
+    double earth_radius;       /**< earth radius, m, 1e3 to QS_MAX_LENGTH (QS_EARTH_RADIUS);
+                                    read with curvature on */
+    double blunder_threshold;  /**< critical value of |w|, finite and > 0
+                                    (QS_BLUNDER_THRESHOLD) */
     int curvature;             /**< 1: correct heights for curvature and refraction; 0: not */
     int max_iterations;        /**< most Gauss-Newton iterations, 1 to QS_MAX_ITERATIONS
                                     (20 is ample) */
@@ -242,11 +248,10 @@ typedef struct qs_sighting_result {
  *  @param residuals  count records, one per sighting in the same order
  *  @retval QS_OK             result and residuals written
  *  @retval QS_BAD_ARGUMENT   count 0 or above QS_MAX_SIGHTINGS; a non-finite
- *                            field; a flag other than 0 or 1; a slope distance
- *                            not above 0; a zenith angle outside (0, 648000);
- *                            a standard deviation, earth radius or threshold
- *                            out of its range; max_iterations outside 1 to
- *                            QS_MAX_ITERATIONS
+ *                            field; a flag other than 0 or 1; any field out of
+ *                            its range (a slope distance not above 0, a
+ *                            negative standard deviation, ...); max_iterations
+ *                            outside 1 to QS_MAX_ITERATIONS
  *  @retval QS_TOO_FEW        fewer than three sightings and fewer than two
  *                            distances
  *  @retval QS_SINGULAR       the geometry does not determine the station (see
@@ -339,7 +344,8 @@ enum qs_height_rule {
     QS_HEIGHTS_BY_LENGTH_SQUARED = 2 /**< in proportion to its square */
 };
 
-/** The known points of a traverse. Every field must be finite, read or not. */
+/** The known points of a traverse. Every field must be within
+ *  +-QS_MAX_LENGTH, read or not. */
 typedef struct qs_traverse_ends {
     SurveyPoint start;           /**< known first station A, m */
     SurveyPoint start_backsight; /**< known point sighted back from A, m (H not read) */
@@ -349,7 +355,7 @@ typedef struct qs_traverse_ends {
 } qs_traverse_ends;
 
 /** Observations at one station of a traverse. Every field must be finite,
- *  read or not. */
+ *  the lengths within +-QS_MAX_LENGTH, read or not. */
 typedef struct qs_traverse_station {
     double angle;             /**< clockwise angle from the back station to the forward
                                    station, arc-seconds */
@@ -394,8 +400,9 @@ typedef struct qs_traverse_result {
  *                     are copied and those between are NaN
  *  @retval QS_OK            result and adjusted written
  *  @retval QS_BAD_ARGUMENT  kind, rule or height_rule unknown; leg_count 0
- *                           or above QS_MAX_TRAVERSE_LEGS; a non-finite field;
- *                           a leg distance not above 0
+ *                           or above QS_MAX_TRAVERSE_LEGS; a non-finite field
+ *                           or a length out of range; a leg distance not
+ *                           above 0
  *  @retval QS_TOO_FEW       a loop of fewer than 3 legs
  *  @retval QS_SINGULAR      A and its backsight coincide in plan, or (link)
  *                           E and its foresight do

@@ -27,17 +27,15 @@ inline double folded_circle(double seconds)
     return folded;
 }
 
-// An angle in arc-seconds folded into [-648000, 648000).
+// An angle in arc-seconds folded into [-648000, 648000); exact.
 inline double folded_half(double seconds)
 {
-    return folded_circle(seconds + HALF_CIRCLE) - HALF_CIRCLE;
+    const double folded = std::remainder(seconds, FULL_CIRCLE);
+    return folded >= HALF_CIRCLE ? folded - FULL_CIRCLE : folded;
 }
 
-// An angle in radians folded into [-pi, pi).
-inline double folded_radians(double radians)
-{
-    return folded_half(radians * QS_RHO_SEC) * QS_RAD_PER_SEC;
-}
+// An angle in radians folded into [-pi, pi]; exact.
+inline double folded_radians(double radians) { return std::remainder(radians, 2.0 * PI); }
 
 // Normal equations N x = b of three unknowns, N = A'PA and b = A'Pl, summed
 // over the rows a of the design matrix with weight p and misclosure l.

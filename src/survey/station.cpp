@@ -23,29 +23,26 @@ constexpr double SLANT_FLAT = 1e-12; // relative spread of a degenerate similari
 
 bool is_flag(int value) { return value == 0 || value == 1; }
 
+// True for a finite value in [low, high].
+bool within(double value, double low, double high) { return value >= low && value <= high; }
+
+bool length(double value) { return within(value, -QS_MAX_LENGTH, QS_MAX_LENGTH); }
+
 bool valid_options(const qs_free_station_options& o)
 {
-    const double fields[] = {o.instrument_height, o.sigma_direction,    o.sigma_zenith,
-                             o.sigma_distance_mm, o.sigma_distance_ppm, o.refraction,
-                             o.earth_radius,      o.blunder_threshold};
-    for (double field : fields) {
-        if (!std::isfinite(field)) {
-            return false;
-        }
-    }
-    return o.sigma_direction > 0.0 && o.sigma_zenith > 0.0 && o.sigma_distance_mm > 0.0 &&
-           o.sigma_distance_ppm >= 0.0 && o.earth_radius > 0.0 && o.blunder_threshold > 0.0 &&
-           is_flag(o.curvature) && o.max_iterations >= 1 && o.max_iterations <= QS_MAX_ITERATIONS;
+    return length(o.instrument_height) && within(o.sigma_direction, 0.001, 3600.0) &&
+           within(o.sigma_zenith, 0.001, 3600.0) && within(o.sigma_distance_mm, 0.01, 1000.0) &&
+           within(o.sigma_distance_ppm, 0.0, 1000.0) && within(o.refraction, -1.0, 1.0) &&
+           within(o.earth_radius, 1e3, QS_MAX_LENGTH) && std::isfinite(o.blunder_threshold) &&
+           o.blunder_threshold > 0.0 && is_flag(o.curvature) && o.max_iterations >= 1 &&
+           o.max_iterations <= QS_MAX_ITERATIONS;
 }
 
 bool valid_sighting(const qs_sighting& s)
 {
-    const double fields[] = {
-        s.x, s.y, s.h, s.direction, s.slope_distance, s.zenith, s.target_height};
-    for (double field : fields) {
-        if (!std::isfinite(field)) {
-            return false;
-        }
+    if (!length(s.x) || !length(s.y) || !length(s.h) || !length(s.target_height) ||
+        !length(s.slope_distance) || !std::isfinite(s.direction) || !std::isfinite(s.zenith)) {
+        return false;
     }
     if (!is_flag(s.has_distance) || !is_flag(s.has_zenith)) {
         return false;
@@ -53,7 +50,7 @@ bool valid_sighting(const qs_sighting& s)
     if (s.has_distance == 1 && !(s.slope_distance > 0.0)) {
         return false;
     }
-    return s.has_zenith == 0 || (s.zenith > 0.0 && s.zenith < HALF_CIRCLE);
+    return s.has_zenith == 0 || within(s.zenith, 1.0, HALF_CIRCLE - 1.0);
 }
 
 // A slope distance reduced to the horizontal, with its a priori standard

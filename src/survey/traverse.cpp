@@ -13,22 +13,20 @@ namespace {
 
 using namespace quillon::survey;
 
-bool finite_point(const SurveyPoint& p)
-{
-    return std::isfinite(p.X) && std::isfinite(p.Y) && std::isfinite(p.H);
-}
+bool length(double value) { return value >= -QS_MAX_LENGTH && value <= QS_MAX_LENGTH; }
+
+bool valid_point(const SurveyPoint& p) { return length(p.X) && length(p.Y) && length(p.H); }
 
 bool valid_input(const qs_traverse_ends& ends, const qs_traverse_station* stations,
                  std::size_t leg_count)
 {
-    if (!finite_point(ends.start) || !finite_point(ends.start_backsight) ||
-        !finite_point(ends.end) || !finite_point(ends.end_foresight)) {
+    if (!valid_point(ends.start) || !valid_point(ends.start_backsight) || !valid_point(ends.end) ||
+        !valid_point(ends.end_foresight)) {
         return false;
     }
     for (std::size_t i = 0; i <= leg_count; ++i) {
         const qs_traverse_station& s = stations[i];
-        if (!std::isfinite(s.angle) || !std::isfinite(s.distance) ||
-            !std::isfinite(s.height_difference)) {
+        if (!std::isfinite(s.angle) || !length(s.distance) || !length(s.height_difference)) {
             return false;
         }
         if (i < leg_count && !(s.distance > 0.0)) {
@@ -100,8 +98,8 @@ AngularClosure angular_closure(int kind, double start_azimuth, double end_azimut
     return closure;
 }
 
-// Walks the legs with their corrected angles: the azimuth (rad) and the
-// coordinate increments of leg i from those of leg i - 1.
+// Walks the legs with their corrected angles: the azimuth (arc-seconds) and
+// the coordinate increments of leg i from those of leg i - 1.
 struct Leg {
     double azimuth = 0.0; // arc-seconds
     double dx = 0.0;

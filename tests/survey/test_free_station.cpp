@@ -20,6 +20,7 @@ namespace {
 
 const double NaN = std::numeric_limits<double>::quiet_NaN();
 const double INF = std::numeric_limits<double>::infinity();
+const double PI = 3.14159265358979323846;
 
 qs_free_station_options default_options()
 {
@@ -102,9 +103,9 @@ Scene surround(std::uint64_t seed, std::size_t count, double near, double far,
     scene.orientation = u.between(0.0, 1296000.0);
     scene.options = default_options();
     scene.options.curvature = curvature;
-    const double first = u.between(0.0, 2.0 * M_PI);
+    const double first = u.between(0.0, 2.0 * PI);
     for (std::size_t i = 0; i < count; ++i) {
-        const double azimuth = first + sector_degrees * M_PI / 180.0 *
+        const double azimuth = first + sector_degrees * PI / 180.0 *
                                            (static_cast<double>(i) + 0.5 * u()) /
                                            static_cast<double>(count);
         const double distance = u.between(near, far);
@@ -445,6 +446,19 @@ const InputCase INPUTS[] = {
     {"zero distance", SPOIL(s[1].slope_distance = 0.0), QS_BAD_ARGUMENT},
     {"zenith 0", SPOIL(s[1].zenith = 0.0), QS_BAD_ARGUMENT},
     {"zenith a half circle", SPOIL(s[1].zenith = 648000.0), QS_BAD_ARGUMENT},
+    {"zenith within 1\" of the zenith", SPOIL(s[1].zenith = 0.999), QS_BAD_ARGUMENT},
+    {"zenith within 1\" of the nadir", SPOIL(s[1].zenith = 647999.001), QS_BAD_ARGUMENT},
+    {"northing beyond the most", SPOIL(s[1].x = 1.000001e9), QS_BAD_ARGUMENT},
+    {"slope distance beyond the most", SPOIL(s[1].slope_distance = 1.000001e9), QS_BAD_ARGUMENT},
+    {"target height beyond the most", SPOIL(s[1].target_height = -1.000001e9), QS_BAD_ARGUMENT},
+    {"instrument height beyond the most", SPOIL(o.instrument_height = 1.000001e9), QS_BAD_ARGUMENT},
+    {"direction sigma too small", SPOIL(o.sigma_direction = 0.0009), QS_BAD_ARGUMENT},
+    {"zenith sigma too large", SPOIL(o.sigma_zenith = 3600.001), QS_BAD_ARGUMENT},
+    {"distance sigma too small", SPOIL(o.sigma_distance_mm = 0.0099), QS_BAD_ARGUMENT},
+    {"ppm too large", SPOIL(o.sigma_distance_ppm = 1000.001), QS_BAD_ARGUMENT},
+    {"refraction above 1", SPOIL(o.refraction = 1.001), QS_BAD_ARGUMENT},
+    {"earth radius below 1 km", SPOIL(o.earth_radius = 999.0), QS_BAD_ARGUMENT},
+    {"infinite threshold", SPOIL(o.blunder_threshold = INF), QS_BAD_ARGUMENT},
     {"NaN instrument height", SPOIL(o.instrument_height = NaN), QS_BAD_ARGUMENT},
     {"zero direction sigma", SPOIL(o.sigma_direction = 0.0), QS_BAD_ARGUMENT},
     {"negative zenith sigma", SPOIL(o.sigma_zenith = -1.0), QS_BAD_ARGUMENT},
@@ -464,6 +478,13 @@ const InputCase INPUTS[] = {
     {"two sightings, two distances", SPOIL(n = 2; s[0].has_distance = 1), QS_OK},
     {"three sightings, no distance", SPOIL(n = 3; s[1].has_distance = 0), QS_OK},
     {"most iterations", SPOIL(o.max_iterations = QS_MAX_ITERATIONS), QS_OK},
+    {"zenith 1\" from the zenith, no distance", SPOIL(s[1].zenith = 1.0; s[1].has_distance = 0),
+     QS_OK},
+    {"the smallest and largest sigmas",
+     SPOIL(o.sigma_direction = 0.001; o.sigma_zenith = 3600.0; o.sigma_distance_mm = 0.01;
+           o.sigma_distance_ppm = 1000.0),
+     QS_OK},
+    {"refraction -1, radius 1 km", SPOIL(o.refraction = -1.0; o.earth_radius = 1e3), QS_OK},
 };
 
 TEST(FreeStation, BadInputIsRefusedAndNothingWritten)

@@ -17,6 +17,7 @@ namespace {
 
 const double NaN = std::numeric_limits<double>::quiet_NaN();
 const double INF = std::numeric_limits<double>::infinity();
+const double PI = 3.14159265358979323846;
 
 double azimuth(const SurveyPoint& from, const SurveyPoint& to)
 {
@@ -77,7 +78,7 @@ std::vector<SurveyPoint> winding(std::uint64_t seed, std::size_t n, bool loop)
         return low + (high - low) * static_cast<double>(engine() >> 11) * 0x1.0p-53;
     };
     std::vector<SurveyPoint> points = {{2.0e5, 6.0e5, 300.0}};
-    const double step = 2.0 * M_PI / static_cast<double>(n);
+    const double step = 2.0 * PI / static_cast<double>(n);
     for (std::size_t i = 1; i <= n; ++i) {
         const double heading = loop ? step * (static_cast<double>(i) - 0.5) : uniform(-1.0, 1.0);
         const double length = loop ? 150.0 : uniform(30.0, 400.0);
@@ -315,6 +316,10 @@ const BadCase BAD[] = {
     {"NaN height difference", SPOIL(t.stations[0].height_difference = NaN), QS_BAD_ARGUMENT},
     {"zero distance", SPOIL(t.stations[1].distance = 0.0), QS_BAD_ARGUMENT},
     {"negative distance", SPOIL(t.stations[0].distance = -100.0), QS_BAD_ARGUMENT},
+    {"distance beyond the most", SPOIL(t.stations[0].distance = 1.000001e9), QS_BAD_ARGUMENT},
+    {"height difference beyond the most", SPOIL(t.stations[1].height_difference = -1.000001e9),
+     QS_BAD_ARGUMENT},
+    {"start beyond the most", SPOIL(t.ends.start.Y = 1.000001e9), QS_BAD_ARGUMENT},
     {"loop of 2 legs", SPOIL(t.kind = QS_TRAVERSE_LOOP; legs = 2), QS_TOO_FEW},
     {"backsight on the start", SPOIL(t.ends.start_backsight = t.ends.start), QS_SINGULAR},
     {"foresight on the end", SPOIL(t.ends.end_foresight = t.ends.end), QS_SINGULAR},
