@@ -121,44 +121,51 @@ double direction_misclosure(const qs_sighting& s, const Sight& at, const Station
     return folded_radians(s.direction * QS_RAD_PER_SEC - (at.azimuth - station.orientation));
 }
 
+// Position of a sighted point in the instrument's own frame: polar from the
+// circle reading and the horizontal distance (m).
+struct Polar {
+    double u;
+    double v;
+};
+
+Polar polar(const qs_sighting& s, const qs_free_station_options& o)
+{
+    const double distance = reduced(s, o).horizontal;
+    const double reading = s.direction * QS_RAD_PER_SEC;
+    return {distance * std::cos(reading), distance * std::sin(reading)};
+}
+
 // Start from the sightings with distances: the similarity transformation
-// (shift, rotation, scale) that carries their polar positions in the
-// instrument's frame onto the known points. False when they do not spread.
+// (shift, rotation, scale) that carries their polar positions onto the known
+// points. False when they do not spread.
 bool similarity_start(const qs_sighting* sightings, std::size_t count,
                       const qs_free_station_options& o, Station& start)
 {
-    double n = 0.0;
-    double su = 0.0, sv = 0.0, sx = 0.0, sy = 0.0;
+    const qs_sighting& origin = sightings[0];
+    double n = 0.0, su = 0.0, sv = 0.0, sx = 0.0, sy = 0.0;
     for (std::size_t i = 0; i < count; ++i) {
-        const qs_sighting& s = sightings[i];
-        if (s.has_distance == 0) {
-            continue;
+        if (sightings[i].has_distance == 1) {
+            const Polar p = polar(sightings[i], o);
+            n += 1.0;
+            su += p.u;
+            sv += p.v;
+            sx += sightings[i].x - origin.x;
+            sy += sightings[i].y - origin.y;
         }
-        const double distance = reduced(s, o).horizontal;
-        const double reading = s.direction * QS_RAD_PER_SEC;
-        n += 1.0;
-        su += distance * std::cos(reading);
-        sv += distance * std::sin(reading);
-        sx += s.x - sightings[0].x;
-        sy += s.y - sightings[0].y;
     }
     const double mu = su / n, mv = sv / n, mx = sx / n, my = sy / n;
     double spread = 0.0, size = 0.0, cos_part = 0.0, sin_part = 0.0;
     for (std::size_t i = 0; i < count; ++i) {
-        const qs_sighting& s = sightings[i];
-        if (s.has_distance == 0) {
-            continue;
+        if (sightings[i].has_distance == 1) {
+            const Polar p = polar(sightings[i], o);
+            const double du = p.u - mu, dv = p.v - mv;
+            const double dx = (sightings[i].x - origin.x) - mx;
+            const double dy = (sightings[i].y - origin.y) - my;
+            spread += du * du + dv * dv;
+            size += p.u * p.u + p.v * p.v;
+            cos_part += du * dx + dv * dy;
+            sin_part += du * dy - dv * dx;
         }
-        const double distance = reduced(s, o).horizontal;
-        const double reading = s.direction * QS_RAD_PER_SEC;
-        const double du = distance * std::cos(reading) - mu;
-        const double dv = distance * std::sin(reading) - mv;
-        const double dx = (s.x - sightings[0].x) - mx;
-        const double dy = (s.y - sightings[0].y) - my;
-        spread += du * du + dv * dv;
-        size += distance * distance;
-        cos_part += du * dx + dv * dy;
-        sin_part += du * dy - dv * dx;
     }
     if (!(spread > SLANT_FLAT * size)) {
         return false;
