@@ -83,10 +83,26 @@ QS_API const char* qs_status_message(qs_status status);
 
 /* ==== transition curves =================================================== */
 
+/* A transition curve here is any curve whose curvature runs linearly with
+ * its length. Its points come from the exact integral of the tangent
+ * direction (Gauss-Legendre quadrature, ten points on every stretch that
+ * turns by at most half a radian), not from a truncated series: the result
+ * is exact to 1e-9 m for lengths up to 1000 m and total turns up to pi, and
+ * the same method serves longer and sharper curves. */
+
+/** Largest turn a curve or an alignment element may make, in radians (some
+ *  1600 full circles): it bounds the work of one evaluation. */
+#define QS_MAX_TURN 10000.0
+
+/** Largest magnitude of a coordinate, chainage, length or offset that the
+ *  road functions accept, m. */
+#define QS_MAX_COORDINATE 1.0e9
+
 /** A curve whose curvature runs linearly from curvature_start to
  *  curvature_end over its length: a clothoid (one of the two 0), a partial
  *  transition between two radii (both non-zero, same sign), a circular arc
- *  (both equal) or a straight (both 0). */
+ *  (both equal) or a straight (both 0). Curvatures of opposite signs give a
+ *  curve that changes its turning sense on the way. */
 typedef struct qs_transition {
     double x;               /**< northing of the start point, m */
     double y;               /**< easting of the start point, m */
@@ -103,12 +119,31 @@ typedef struct qs_pose {
     double azimuth; /**< forward azimuth, arc-seconds in [0, 1296000) */
 } qs_pose;
 
-/** Point and forward azimuth at arc length s (0 <= s <= length) from the
- *  start of the curve, exact to 1e-9 m for lengths up to 1000 m and total
- *  turns up to pi.
- *  Returns QS_OK; QS_BAD_ARGUMENT for a non-finite field, a length not
- *  greater than 0, or s outside [0, length] (out unchanged). */
+/** Point and forward azimuth at arc length s from the start of a curve
+ *  whose curvature runs linearly with length, exact to 1e-9 m for lengths
+ *  up to 1000 m and total turns up to pi.
+ *  @param curve the curve; its azimuth may be any finite number of
+ *         arc-seconds (it is folded into [0, 1296000))
+ *  @param s     arc length from the start, m, 0 <= s <= curve->length
+ *  @param out   the point and the forward azimuth there
+ *  @retval QS_OK           out written
+ *  @retval QS_BAD_ARGUMENT a non-finite field or s; a length not greater
+ *          than 0; s outside [0, length]; a coordinate or length beyond
+ *          QS_MAX_COORDINATE; a turn bound (the larger curvature magnitude
+ *          times the length) beyond QS_MAX_TURN (out unchanged) */
 QS_API qs_status qs_transition_point(const qs_transition* curve, double s, qs_pose* out);
+
+QUILLON_SIZE(qs_transition, 48);
+QUILLON_LAYOUT(qs_transition, x, 0);
+QUILLON_LAYOUT(qs_transition, y, 8);
+QUILLON_LAYOUT(qs_transition, azimuth, 16);
+QUILLON_LAYOUT(qs_transition, curvature_start, 24);
+QUILLON_LAYOUT(qs_transition, curvature_end, 32);
+QUILLON_LAYOUT(qs_transition, length, 40);
+QUILLON_SIZE(qs_pose, 24);
+QUILLON_LAYOUT(qs_pose, x, 0);
+QUILLON_LAYOUT(qs_pose, y, 8);
+QUILLON_LAYOUT(qs_pose, azimuth, 16);
 
 /* ==== alignments ========================================================== */
 
