@@ -149,12 +149,44 @@ QUILLON_LAYOUT(qs_pose, azimuth, 16);
 
 /* An alignment is the device's complete horizontal element table (HElement
  * records closed by an end record of Type 0, as LIB_CalWay_H_Ele_MainPoint
- * and LIB_CalWay_H_Cross_MainPoint build it), of any length: record_count
- * counts the end record, from 2 up to QS_MAX_ELEMENTS + 1. Its transition
- * curves are evaluated as exact clothoids, not by the device's series. */
+ * and LIB_CalWay_H_Cross_MainPoint build it, or as qs_alignment_build builds
+ * it exactly), of any length: record_count counts the end record, from 2 up
+ * to QS_MAX_ELEMENTS + 1. Its transition curves are evaluated as exact
+ * clothoids, not by the device's series.
+ *
+ * Each element is evaluated from its own record alone: the record's X, Y
+ * and Azimuth are its start and the forward azimuth there, for every kind,
+ * an exit transition curve (Spiral 1) included - it starts where it leaves
+ * the arc, with curvature 1/Radius, and reaches curvature 0 at its far end.
+ * The record after it is not read for its geometry.
+ *
+ * The chainage decides the element: a chainage K lies on element i when
+ * record i's Chainage <= K < record i+1's Chainage (the last element also
+ * holds the end chainage), at arc length K - Chainage from the element's
+ * start. At a joint where the stored start of an element is not the exact
+ * end of the one before - a table built by the device carries the error of
+ * its transition series there (millimetres on ordinary spirals, metres on
+ * long ones), a table from a design file carries the designer's rounding -
+ * the centre line jumps by that gap; qs_alignment_joints measures every gap.
+ *
+ * A table is valid when: every element record has Type 1, 2 or 3 and the
+ * last record Type 0; X, Y, Azimuth and Chainage of every record are finite,
+ * coordinates and chainages within QS_MAX_COORDINATE; every element has a
+ * finite Length > 0 (at most QS_MAX_COORDINATE); arcs and transition curves
+ * have a finite Radius > 0, Turn 0 or 1 and turn by at most QS_MAX_TURN
+ * (Length / Radius); transition curves have Spiral 0 or 1; chainages
+ * increase, and each chainage step differs from its element's Length by at
+ * most QS_CHAINAGE_TOLERANCE. Radius, Turn and Spiral of a line are not
+ * read. An invalid table gives QS_BAD_ARGUMENT. */
 
 /** Most elements an alignment may hold. */
 #define QS_MAX_ELEMENTS 1000000
+
+/** Largest difference between an element's Length and its chainage step
+ *  (the next record's Chainage minus its own) in a valid table, m. Within
+ *  it, an element is evaluated up to its chainage step: a little short of
+ *  its length, or a little beyond it along its own curvature law. */
+#define QS_CHAINAGE_TOLERANCE 0.001
 
 /** A point described by its chainage and offset from an alignment. */
 typedef struct qs_station_offset {
@@ -162,28 +194,137 @@ typedef struct qs_station_offset {
     double offset;   /**< signed distance from the centre line, m, + right */
     double x;        /**< northing of the point, m */
     double y;        /**< easting of the point, m */
-    double azimuth;  /**< forward azimuth of the centre line at the foot, arc-seconds */
+    double azimuth;  /**< forward azimuth of the centre line at the foot,
+                          arc-seconds in [0, 1296000) */
     double centre_x; /**< northing of the foot on the centre line, m */
     double centre_y; /**< easting of the foot on the centre line, m */
     size_t element;  /**< index of the table record whose element holds the foot */
 } qs_station_offset;
 
-/** The point at a chainage and signed offset (m) from the alignment.
- *  Returns QS_OK; QS_OUTSIDE_ALIGNMENT when the chainage lies before the
- *  first record's chainage or after the end record's; QS_BAD_ARGUMENT for a
- *  record_count out of bounds, a non-finite argument or an invalid record
- *  (out unchanged on every failure). */
+/** The end of one element against the record that follows it. */
+typedef struct qs_joint {
+    double x;           /**< northing of the element's exact end, m */
+    double y;           /**< easting of the element's exact end, m */
+    double azimuth;     /**< forward azimuth at the exact end, arc-seconds in [0, 1296000) */
+    double gap;         /**< distance from the exact end to the next record's X, Y, m */
+    double azimuth_gap; /**< next record's Azimuth minus the exact end azimuth,
+                             arc-seconds in [-648000, 648000) */
+} qs_joint;
+
+/** Complete element table, exact, from the designer's element list: the
+ *  rigorous counterpart of LIB_CalWay_H_Ele_MainPoint, of any length.
+ *  Records 0 to record_count - 2 of elements are read: the first one's X, Y,
+ *  Azimuth and Chainage are the alignment's start, every one's Type,
+ *  Length, Radius, Turn and Spiral its element. table receives a copy of
+ *  each element with its exact start point, forward azimuth (folded into
+ *  [0, 1296000)) and chainage, the first one as given, and, in record
+ *  record_count - 1, the end record (Type 0, the exact end point, azimuth
+ *  and chainage, every other field 0). Each start is the exact end of the
+ *  element before, so the table is continuous in position and azimuth at
+ *  every joint; unlike the device's builder, a line after a line starts
+ *  with the first line's azimuth. table may be the same array as elements.
+ *  @param elements     the element list, record_count - 1 records
+ *  @param record_count records of the complete table, 2 to QS_MAX_ELEMENTS + 1
+ *  @param table        room for record_count records
+ *  @retval QS_OK           table written
+ *  @retval QS_BAD_ARGUMENT record_count out of bounds; an element that a
+ *          valid table would refuse (see above); the first record's X, Y,
+ *          Azimuth or Chainage not finite; a start coordinate or chainage
+ *          plus the sum of the lengths beyond QS_MAX_COORDINATE (table
+ *          unchanged) */
+QS_API qs_status qs_alignment_build(const HElement* elements, size_t record_count, HElement* table);
+
+/** The point at a chainage and signed offset from the alignment, with the
+ *  centre line's foot and forward azimuth there.
+ *  @param table        a complete element table
+ *  @param record_count its records, end record included
+ *  @param chainage     m, from the first record's Chainage to the end record's
+ *  @param offset       m, + right of the centre line looking toward
+ *                      increasing chainage
+ *  @param out          chainage and offset as given, the point, the foot,
+ *                      the azimuth and the element holding the chainage
+ *  @retval QS_OK                out written
+ *  @retval QS_OUTSIDE_ALIGNMENT the chainage lies before the first record's
+ *          Chainage or after the end record's (out unchanged)
+ *  @retval QS_BAD_ARGUMENT      record_count out of bounds, an invalid
+ *          table, a chainage or offset not finite or beyond
+ *          QS_MAX_COORDINATE (out unchanged) */
 QS_API qs_status qs_alignment_point(const HElement* table, size_t record_count, double chainage,
                                     double offset, qs_station_offset* out);
 
-/** Chainage and signed offset of a measured point (x, y in m): the nearest
- *  foot of a perpendicular on any element.
- *  Returns QS_OK; QS_OUTSIDE_ALIGNMENT when no element has a foot for the
- *  point (it lies beyond both ends); QS_NO_CONVERGENCE when the projection on
- *  a transition curve does not converge; QS_BAD_ARGUMENT as for
- *  qs_alignment_point (out unchanged on every failure). */
+/** Chainage and signed offset of a measured point: the nearest foot of a
+ *  perpendicular from the point on any element, that is, the nearest point
+ *  of the centre line where the distance to the point has a local minimum.
+ *  - The element nearest the point by a bounding circle is searched
+ *    first; then every element that cannot hold a nearer foot is skipped,
+ *    so that a long table costs a few operations per element.
+ *  - On a line and an arc the foot is found in closed form; on a
+ *    transition curve by Newton's method on the arc length, kept inside a
+ *    bracket that halves when a step would leave it, on stretches turning
+ *    by at most 1/8 rad. Every foot whose offset is smaller than 7/8 of the
+ *    smallest radius of curvature on its stretch is found; a point farther
+ *    inside than that, beyond the centres of curvature, may be given a
+ *    different foot.
+ *  - A point at the centre of an arc is as far from every point of it: it
+ *    is given the arc's start, or an end of the arc where rounding makes
+ *    that the nearer.
+ *  - Feet on two elements (near a joint, on the inside of a bend): the
+ *    nearer wins; at equal distances the earlier element.
+ *  - Outside an angle point (a joint where the azimuth breaks, or the gap
+ *    of a joint) a point may lie beyond the end of one element and before
+ *    the start of the next, with no perpendicular foot on either: its foot
+ *    is the joint itself (the next record's X, Y), its chainage the joint's,
+ *    its offset the distance to the joint signed by the side of the bend,
+ *    its azimuth and element those of the next record. qs_alignment_point
+ *    at that chainage and offset then gives a point on the next element's
+ *    normal, not the measured one.
+ *  - A point less than a micrometre before the start or beyond the end
+ *    takes its foot there; one farther, with no foot elsewhere, is outside.
+ *  The bracketed iteration always converges: this function does not
+ *  return QS_NO_CONVERGENCE.
+ *  @param table        a complete element table
+ *  @param record_count its records, end record included
+ *  @param x            northing of the measured point, m
+ *  @param y            easting of the measured point, m
+ *  @param out          chainage, offset, the point as given, the foot, the
+ *                      azimuth there and its element
+ *  @retval QS_OK                out written
+ *  @retval QS_OUTSIDE_ALIGNMENT no element has a foot for the point: it
+ *          lies beyond both ends (out unchanged)
+ *  @retval QS_BAD_ARGUMENT      record_count out of bounds, an invalid
+ *          table, x or y not finite or beyond QS_MAX_COORDINATE (out
+ *          unchanged) */
 QS_API qs_status qs_alignment_locate(const HElement* table, size_t record_count, double x, double y,
                                      qs_station_offset* out);
+
+/** The gap at every joint: for each element i, its exact end (at the next
+ *  record's chainage) against record i + 1's X, Y and Azimuth - zero on a
+ *  table from qs_alignment_build, the series error on one built by the
+ *  device, the rounding of the design on one read from a file.
+ *  @param table        a complete element table
+ *  @param record_count its records, end record included
+ *  @param joints       room for record_count - 1 joints; joint i belongs to
+ *                      element i
+ *  @retval QS_OK           joints written
+ *  @retval QS_BAD_ARGUMENT record_count out of bounds or an invalid table
+ *          (joints unchanged) */
+QS_API qs_status qs_alignment_joints(const HElement* table, size_t record_count, qs_joint* joints);
+
+QUILLON_SIZE(qs_station_offset, 64);
+QUILLON_LAYOUT(qs_station_offset, chainage, 0);
+QUILLON_LAYOUT(qs_station_offset, offset, 8);
+QUILLON_LAYOUT(qs_station_offset, x, 16);
+QUILLON_LAYOUT(qs_station_offset, y, 24);
+QUILLON_LAYOUT(qs_station_offset, azimuth, 32);
+QUILLON_LAYOUT(qs_station_offset, centre_x, 40);
+QUILLON_LAYOUT(qs_station_offset, centre_y, 48);
+QUILLON_LAYOUT(qs_station_offset, element, 56);
+QUILLON_SIZE(qs_joint, 40);
+QUILLON_LAYOUT(qs_joint, x, 0);
+QUILLON_LAYOUT(qs_joint, y, 8);
+QUILLON_LAYOUT(qs_joint, azimuth, 16);
+QUILLON_LAYOUT(qs_joint, gap, 24);
+QUILLON_LAYOUT(qs_joint, azimuth_gap, 32);
 
 /* ==== profiles ============================================================ */
 
