@@ -331,7 +331,31 @@ QUILLON_LAYOUT(qs_joint, azimuth_gap, 32);
 /* A profile is the device's complete vertical element table (VElement
  * records closed by an end record of Type 0, as LIB_CalWay_V_Ele_MainPoint
  * and LIB_CalWay_V_Cross_MainPoint build it), of any length: record_count
- * counts the end record, from 2 up to QS_MAX_ELEMENTS + 1. */
+ * counts the end record, from 2 up to QS_MAX_ELEMENTS + 1.
+ *
+ * Each element is evaluated exactly from its own record: its start
+ * (Chainage, Elevation), GradeIn and, for curves, GradeOut.
+ * - Grade line (Type 1): the grade GradeIn.
+ * - Parabolic curve (Type 2): the grade runs linearly from GradeIn to
+ *   GradeOut over Length.
+ * - Circular curve (Type 3): the circle of radius Radius tangent to GradeIn
+ *   at the start, bending toward GradeOut (a sag when GradeOut is the
+ *   greater); once its grade reaches GradeOut, after a horizontal distance
+ *   Radius |sin(atan GradeOut) - sin(atan GradeIn)|, the grade line GradeOut
+ *   carries on to the element's end. The device's builders make such a
+ *   curve as long in chainage as the arc is long, a little more than its
+ *   horizontal extent, and place the next record by approximate formulas:
+ *   on their tables the profile has a small step at the joint after it.
+ * The chainage decides the element as on an alignment (see above).
+ *
+ * A profile is valid when: every element record has Type 1, 2 or 3 and the
+ * last record Type 0; Chainage and Elevation of every record are finite and
+ * within QS_MAX_COORDINATE; every element has a finite Length > 0 (at most
+ * QS_MAX_COORDINATE) and GradeIn in [-1, 1]; curves have GradeOut in
+ * [-1, 1]; circular curves a finite Radius > 0; chainages increase, and each
+ * chainage step differs from its element's Length by at most
+ * QS_CHAINAGE_TOLERANCE. Other fields (the vertex, Given, a grade line's
+ * GradeOut, a parabola's Radius, the end record's GradeIn) are not read. */
 
 /** Design height on a profile at a chainage. */
 typedef struct qs_profile_point {
@@ -339,11 +363,18 @@ typedef struct qs_profile_point {
     double grade;  /**< grade there, a ratio (0.02 rises 2 per cent), + uphill */
 } qs_profile_point;
 
-/** Design height and grade at a chainage (m).
- *  Returns QS_OK; QS_OUTSIDE_ALIGNMENT when the chainage lies before the
- *  profile's start or after its end; QS_BAD_ARGUMENT for a record_count out
- *  of bounds, a non-finite argument or an invalid record (out unchanged on
- *  every failure). */
+/** Design height and grade at a chainage.
+ *  @param table        a complete vertical element table
+ *  @param record_count its records, end record included
+ *  @param chainage     m
+ *  @param out          the design height and grade there
+ *  @retval QS_OK                out written
+ *  @retval QS_OUTSIDE_ALIGNMENT the chainage lies before the first record's
+ *          Chainage or after the end record's: no design height there (out
+ *          unchanged)
+ *  @retval QS_BAD_ARGUMENT      record_count out of bounds, an invalid
+ *          profile, a chainage not finite or beyond QS_MAX_COORDINATE (out
+ *          unchanged) */
 QS_API qs_status qs_profile_height(const VElement* table, size_t record_count, double chainage,
                                    qs_profile_point* out);
 
@@ -356,13 +387,32 @@ typedef struct qs_design_check {
 } qs_design_check;
 
 /** "Where am I?": chainage, offset, design height and cut or fill of a
- *  measured point, from the alignment and its profile.
- *  Returns QS_OK; the status of qs_alignment_locate, or of
- *  qs_profile_height when the profile does not reach the point's chainage
- *  (out unchanged on every failure). */
+ *  measured point, from the alignment (qs_alignment_locate) and its profile
+ *  (qs_profile_height at the located chainage).
+ *  @param table         a complete horizontal element table
+ *  @param record_count  its records, end record included
+ *  @param profile       a complete vertical element table
+ *  @param profile_count its records, end record included
+ *  @param measured      the measured point: X, Y, H in m
+ *  @param out           where the point lies, the design height and cut/fill
+ *  @retval QS_OK                out written
+ *  @retval QS_OUTSIDE_ALIGNMENT the point lies beyond both ends of the
+ *          alignment, or the profile does not reach its chainage (out
+ *          unchanged)
+ *  @retval QS_BAD_ARGUMENT      either table or count invalid (both are
+ *          checked first), a measured coordinate not finite or beyond
+ *          QS_MAX_COORDINATE (out unchanged) */
 QS_API qs_status qs_road_check(const HElement* table, size_t record_count, const VElement* profile,
                                size_t profile_count, const SurveyPoint* measured,
                                qs_design_check* out);
+
+QUILLON_SIZE(qs_profile_point, 16);
+QUILLON_LAYOUT(qs_profile_point, height, 0);
+QUILLON_LAYOUT(qs_profile_point, grade, 8);
+QUILLON_SIZE(qs_design_check, 80);
+QUILLON_LAYOUT(qs_design_check, position, 0);
+QUILLON_LAYOUT(qs_design_check, design_height, 64);
+QUILLON_LAYOUT(qs_design_check, cut_fill, 72);
 
 #ifdef __cplusplus
 }
