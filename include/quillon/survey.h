@@ -230,7 +230,8 @@ typedef struct qs_joint {
  *  @retval QS_BAD_ARGUMENT record_count out of bounds; an element that a
  *          valid table would refuse (see above); the first record's X, Y,
  *          Azimuth or Chainage not finite; a start coordinate or chainage
- *          plus the sum of the lengths beyond QS_MAX_COORDINATE (table
+ *          plus the sum of the lengths beyond QS_MAX_COORDINATE; an element
+ *          too short to advance the chainage in double precision (table
  *          unchanged) */
 QS_API qs_status qs_alignment_build(const HElement* elements, size_t record_count, HElement* table);
 

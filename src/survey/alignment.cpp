@@ -106,10 +106,17 @@ bool build_input_valid(const HElement* elements, std::size_t record_count)
         return false;
     }
     double total_length = 0.0;
+    double chainage = first.Chainage;
     for (std::size_t i = 0; i + 1 < record_count; ++i) {
         if (!element_kind_valid(elements[i])) {
             return false;
         }
+        // The chainage must grow, as the built table's will.
+        const double next_chainage = chainage + elements[i].Length;
+        if (!(next_chainage > chainage)) {
+            return false;
+        }
+        chainage = next_chainage;
         total_length = total_length + elements[i].Length;
     }
     // No point of the built table can lie farther from the start than the

@@ -3,6 +3,7 @@
 // clothoid test set, against closed forms and symmetries, and bad input.
 #include "bits.hpp"
 #include "records.hpp"
+#include "survey_road_support.hpp"
 
 #include "quillon/survey.h"
 
@@ -19,24 +20,13 @@ namespace {
 
 using qtest::INF;
 using qtest::NaN;
+using roadtest::azimuth_difference;
 
 // Tolerances: the layer promises 1e-9 m; azimuths come from the exact
 // turn formula and agree to rounding.
 constexpr double POSITION_TOLERANCE = 1e-9; // m
 constexpr double AZIMUTH_TOLERANCE = 1e-6;  // arc-seconds
 constexpr double EAST = 324000.0;           // arc-seconds, true pi
-
-double azimuth_difference(double a, double b)
-{
-    double d = std::fmod(a - b, 1296000.0);
-    if (d > 648000.0) {
-        d -= 1296000.0;
-    }
-    if (d < -648000.0) {
-        d += 1296000.0;
-    }
-    return d;
-}
 
 qs_pose point_at(const qs_transition& curve, double s)
 {
