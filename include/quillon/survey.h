@@ -165,8 +165,9 @@ QUILLON_LAYOUT(qs_pose, azimuth, 16);
  * holds the end chainage), at arc length K - Chainage from the element's
  * start. At a joint where the stored start of an element is not the exact
  * end of the one before - a table built by the device carries the error of
- * its transition series there (millimetres on ordinary spirals, metres on
- * long ones), a table from a design file carries the designer's rounding -
+ * its pi and its transition series there (micrometres on ordinary spirals,
+ * centimetres to metres on long ones), a table from a design file carries
+ * the designer's rounding -
  * the centre line jumps by that gap; qs_alignment_joints measures every gap.
  *
  * A table is valid when: every element record has Type 1, 2 or 3 and the
@@ -256,16 +257,17 @@ QS_API qs_status qs_alignment_point(const HElement* table, size_t record_count, 
 /** Chainage and signed offset of a measured point: the nearest foot of a
  *  perpendicular from the point on any element, that is, the nearest point
  *  of the centre line where the distance to the point has a local minimum.
- *  - The element nearest the point by a bounding circle is searched
- *    first; then every element that cannot hold a nearer foot is skipped,
- *    so that a long table costs a few operations per element.
- *  - On a line and an arc the foot is found in closed form; on a
- *    transition curve by Newton's method on the arc length, kept inside a
- *    bracket that halves when a step would leave it, on stretches turning
- *    by at most 1/8 rad. Every foot whose offset is smaller than 7/8 of the
- *    smallest radius of curvature on its stretch is found; a point farther
- *    inside than that, beyond the centres of curvature, may be given a
- *    different foot.
+ *  - The two elements either side of the record point nearest the point
+ *    are searched first; then every element that cannot hold a nearer
+ *    foot, or along which the point lies wholly ahead or behind, is
+ *    skipped, so that a long table costs a few operations per element.
+ *  - Each element is walked in stretches turning by at most 1/8 rad; where
+ *    the point passes abeam, the foot is found in closed form on a line or
+ *    an arc, by Newton's method on the arc length on a transition curve
+ *    (kept inside a bracket that halves when a step would leave it). Every
+ *    foot whose offset is smaller than 7/8 of the smallest radius of its
+ *    element is found; a point farther inside, toward or beyond the centres
+ *    of curvature, may be given another foot.
  *  - A point at the centre of an arc is as far from every point of it: it
  *    is given the arc's start, or an end of the arc where rounding makes
  *    that the nearer.

@@ -87,49 +87,85 @@ TEST(SurveyAlignment, PlacedPointsAreLocatedAgain)
                 chainages.size() * (sizeof offsets / sizeof offsets[0]), worst);
 }
 
-// Points scattered about the road are given the nearest point of the centre
-// line, as a dense search along it finds it (every 0.25 m, then golden
-// section): the foot is the nearest, not merely a foot.
+// The nearest point of the centre line to (x, y) by a dense search: the
+// nearest of the samples (every 0.25 m), then golden section around it.
+struct Nearest {
+    double chainage;
+    double distance;
+};
+
+Nearest nearest_by_search(const std::vector<HElement>& table,
+                          const std::vector<qs_station_offset>& samples, double x, double y)
+{
+    auto distance = [&](double k) {
+        const qs_station_offset c = place(table, k, 0.0);
+        return std::hypot(x - c.x, y - c.y);
+    };
+    std::size_t best = 0;
+    for (std::size_t i = 1; i < samples.size(); ++i) {
+        if (std::hypot(x - samples[i].x, y - samples[i].y) <
+            std::hypot(x - samples[best].x, y - samples[best].y)) {
+            best = i;
+        }
+    }
+    double low = samples[best].chainage - 0.25, high = samples[best].chainage + 0.25;
+    for (int i = 0; i < 80; ++i) {
+        const double a = high - 0.618033988749895 * (high - low);
+        const double b = low + 0.618033988749895 * (high - low);
+        if (distance(a) < distance(b)) {
+            high = b;
+        } else {
+            low = a;
+        }
+    }
+    const double chainage = 0.5 * (low + high);
+    return Nearest{chainage, distance(chainage)};
+}
+
+// Points scattered about a road are given the nearest point of its centre
+// line: the foot is the nearest, not merely a foot. On the sample road the
+// points lie within 25 m; on a tight curve (radii 50 m) up to 4/5 of the
+// radius inside it, where every foot is still found.
 TEST(SurveyAlignment, LocateFindsTheNearestPointOfTheCentreLine)
 {
-    const std::vector<HElement> table =
-        exact_table(sample_road(), ROAD_X, ROAD_Y, ROAD_AZIMUTH, ROAD_CHAINAGE);
-    const double first = table.front().Chainage + 30.0, last = table.back().Chainage - 30.0;
-    std::vector<qs_station_offset> line;
-    for (double k = table.front().Chainage; k <= table.back().Chainage; k += 0.25) {
-        line.push_back(place(table, k, 0.0));
-    }
+    const std::vector<Design> tight = {{1, 100.0, 0.0, 0, 0},
+                                       {3, 40.0, 50.0, 1, 0},
+                                       {2, 40.0, 50.0, 1, 0},
+                                       {3, 40.0, 50.0, 1, 1},
+                                       {1, 100.0, 0.0, 0, 0}};
+    struct Road {
+        std::vector<HElement> table;
+        double margin, half_width, jitter;
+    };
+    const Road roads[] = {
+        {exact_table(sample_road(), ROAD_X, ROAD_Y, ROAD_AZIMUTH, ROAD_CHAINAGE), 30.0, 20.0, 5.0},
+        {exact_table(tight, 0.0, 0.0, 0.0, 0.0), 90.0, 40.0, 0.0},
+    };
     unsigned long state = 2024;
     auto uniform = [&state]() {
         state = (state * 6364136223846793005ul + 1442695040888963407ul) & 0xfffffffffffful;
         return static_cast<double>(state >> 16) / 4294967296.0;
     };
-    for (int n = 0; n < 150; ++n) {
-        const qs_station_offset near =
-            place(table, first + uniform() * (last - first), 40.0 * uniform() - 20.0);
-        const double x = near.x + 10.0 * uniform() - 5.0, y = near.y + 10.0 * uniform() - 5.0;
-        auto distance = [&](double k) {
-            const qs_station_offset c = place(table, k, 0.0);
-            return std::hypot(x - c.x, y - c.y);
-        };
-        std::size_t best = 0;
-        for (std::size_t i = 1; i < line.size(); ++i) {
-            if (std::hypot(x - line[i].x, y - line[i].y) <
-                std::hypot(x - line[best].x, y - line[best].y)) {
-                best = i;
-            }
+    for (const Road& road : roads) {
+        const std::vector<HElement>& table = road.table;
+        std::vector<qs_station_offset> samples;
+        for (double k = table.front().Chainage; k <= table.back().Chainage; k += 0.25) {
+            samples.push_back(place(table, k, 0.0));
         }
-        double low = line[best].chainage - 0.25, high = line[best].chainage + 0.25;
-        for (int i = 0; i < 80; ++i) {
-            const double a = high - 0.618033988749895 * (high - low);
-            const double b = low + 0.618033988749895 * (high - low);
-            (distance(a) < distance(b) ? high : low) = distance(a) < distance(b) ? b : a;
+        const double first = table.front().Chainage + road.margin;
+        const double last = table.back().Chainage - road.margin;
+        for (int n = 0; n < 100; ++n) {
+            const qs_station_offset near = place(table, first + uniform() * (last - first),
+                                                 road.half_width * (2.0 * uniform() - 1.0));
+            const double x = near.x + road.jitter * (2.0 * uniform() - 1.0);
+            const double y = near.y + road.jitter * (2.0 * uniform() - 1.0);
+            const Nearest expected = nearest_by_search(table, samples, x, y);
+            const qs_station_offset found = locate(table, x, y);
+            EXPECT_NEAR(std::fabs(found.offset), expected.distance, 1e-9) << x << " " << y;
+            // The distance is flat at its minimum: a search on it fixes the
+            // chainage to some micrometres only.
+            EXPECT_NEAR(found.chainage, expected.chainage, 2e-5) << x << " " << y;
         }
-        const qs_station_offset found = locate(table, x, y);
-        EXPECT_NEAR(std::fabs(found.offset), distance(0.5 * (low + high)), 1e-9) << x << " " << y;
-        // The distance is flat at its minimum: a search on it fixes the
-        // chainage to some micrometres only.
-        EXPECT_NEAR(found.chainage, 0.5 * (low + high), 2e-5) << x << " " << y;
     }
 }
 
