@@ -7,7 +7,9 @@
  *      points by chainage (LIB_CalWay_H_On) against each element evaluated
  *      exactly (qs_alignment_point), the gaps the device leaves at its
  *      joints (qs_alignment_joints), and its main points against the exact
- *      table of the same design (qs_alignment_build). */
+ *      table of the same design (qs_alignment_build);
+ *   3. a profile built by the device: its heights against each vertical
+ *      element evaluated exactly (qs_profile_height). */
 #include "common.h"
 #include "quillon.h"
 #include "quillon/survey.h"
@@ -143,10 +145,57 @@ static void device_table_against_exact(void)
     }
 }
 
+static VElement grade_point(unsigned char type, double chainage, double elevation)
+{
+    VElement p;
+    memset(&p, 0, sizeof p);
+    p.Type = type;
+    p.VertexChainage = chainage;
+    p.VertexElevation = elevation;
+    p.Radius = 2000.0; /* given */
+    return p;
+}
+
+/* A crest rounded by a parabola and a sag by a circle, built by the device
+ * from its grade intersections: heights by LIB_CalWay_V_On against each
+ * element evaluated exactly (qs_profile_height), largest difference per
+ * element, sampled every metre. */
+static void device_profile_against_exact(void)
+{
+    VElement points[4], table[81];
+    unsigned char records = 0;
+    points[0] = grade_point(0, 0.0, 312.400);
+    points[1] = grade_point(2, 180.0, 318.700);
+    points[2] = grade_point(3, 360.0, 313.300);
+    points[3] = grade_point(0, 500.0, 315.400);
+    if (LIB_CalWay_V_Cross_MainPoint(points, 4, table, &records) != 0) {
+        printf("profile not built\n");
+        return;
+    }
+    static const char* kinds[] = {"end", "grade", "parabola", "circle"};
+    printf("\n3. A profile built by the device: LIB_CalWay_V_On minus the exact height\n");
+    printf("   %-9s %9s %9s | %16s\n", "element", "from", "to", "largest diff. mm");
+    for (int i = 0; i + 1 < records; ++i) {
+        double largest = 0.0;
+        for (double k = table[i].Chainage; k <= table[i + 1].Chainage; k += 1.0) {
+            double device = 0.0;
+            qs_profile_point exact;
+            if (LIB_CalWay_V_On(table, records, k, &device) == 0 &&
+                qs_profile_height(table, records, k, &exact) == QS_OK &&
+                fabs(device - exact.height) > fabs(largest)) {
+                largest = device - exact.height;
+            }
+        }
+        printf("   %-9s %9.3f %9.3f | %16.3f\n", kinds[table[i].Type], table[i].Chainage,
+               table[i + 1].Chainage, largest * MM);
+    }
+}
+
 int main(void)
 {
     printf("Device road arithmetic against exact curves\n\n");
     spiral_series_against_exact();
     device_table_against_exact();
+    device_profile_against_exact();
     return 0;
 }
