@@ -25,9 +25,10 @@ namespace {
 // A point this close before the start or beyond the end takes its foot there.
 constexpr double END_TOLERANCE = 1.0e-6;
 
-// Most a stretch of a transition searched for one foot may turn, radians: the
-// distance has a single minimum on it for every point nearer than 7/8 of the
-// radius of curvature there.
+// Most a stretch searched for one foot may turn, radians: with its length at
+// most 1/8 of the element's smallest radius R, the distance to a point has a
+// single minimum on it whenever that minimum is below 7/8 R (f' = -1 +
+// curvature * offset stays negative along it).
 constexpr double STRETCH_TURN = 0.125;
 
 constexpr int MAX_ITERATIONS = 200;
@@ -191,14 +192,15 @@ double arc_root(const Target& point, const Frame& from, double width)
 // True when f keeps one sign, beyond the tolerance, along the whole element
 // and the joint after it offers nothing. With d the distance from the
 // element's start S (tangent t0) to the point and tau the turn bound,
-// |f(s) - (P - S).t0| <= d tau + s: the tangent moves by at most tau, the
-// curve by at most s from S.
+// |f(s) - (P - S).t0| <= d min(tau, 2) + s: the unit tangent moves by at
+// most tau (and never by more than 2), the curve by at most s from S.
 bool wholly_ahead_or_behind(const Target& point, const HElement* table, std::size_t record_count,
                             std::size_t index, const Element& element, double bound)
 {
     const double ahead = ahead_of(point, element.start);
     const double spread =
-        distance_between(point, element.start.x, element.start.y) * bound + element.span;
+        distance_between(point, element.start.x, element.start.y) * std::fmin(bound, 2.0) +
+        element.span;
     if (ahead + spread < -END_TOLERANCE) {
         return true;
     }
@@ -243,7 +245,7 @@ void search_element(Foot& best, const Target& point, const HElement* table,
             if (rate != 0.0) {
                 t = transition_root(point, from, rate, high - low, f_low, f_high, foot);
             } else if (f_high < 0.0) {
-                // On a line f falls by exactly the distance travelled.
+                // Along a line f falls by exactly the distance travelled.
                 t = from.curvature == 0.0 ? std::fmin(f_low, high - low)
                                           : arc_root(point, from, high - low);
                 foot = advance(from, 0.0, t);
