@@ -87,8 +87,10 @@ inline double sentinel_double() { return sentinel_filled<double>(); }
 
 } // namespace qtest
 
-// Exact (bit) equality of two doubles.
+// Exact (bit) equality of two doubles, for tests not yet on check.hpp.
+#ifndef QUILLON_TESTS_CHECK_HPP
 #define EXPECT_BITS(actual, expected) EXPECT_PRED_FORMAT2(::qtest::SameDouble, actual, expected)
 #define ASSERT_BITS(actual, expected) ASSERT_PRED_FORMAT2(::qtest::SameDouble, actual, expected)
+#endif
 
 #endif
