@@ -197,49 +197,40 @@ template <typename A, typename E>
     return findings.result();
 }
 
-// Every byte still holds the sentinel; a failure names each written field.
+// Written: no field still holds the sentinel. Not written: every byte still
+// does. A failure names each field that is not as wanted.
 template <typename T>
-::testing::AssertionResult Untouched(const char*, const char* object_expr, const Call& call,
-                                     const T& object)
+::testing::AssertionResult WrittenIf(const char*, const char* object_expr, const char*,
+                                     const Call& call, const T& object, bool written)
 {
     Findings findings(call);
     each_leaf(
         object_expr,
         [&](const std::string& field, const auto& value, const auto&) {
-            if (!untouched(value)) {
-                findings.add(field, "written " + show(value) + ", want untouched");
+            if (untouched(value) == written) {
+                findings.add(field, written ? "untouched, want written"
+                                            : "written " + show(value) + ", want untouched");
             }
         },
         object, object);
-    if (!untouched(object) && findings.result()) {
+    if (!written && !untouched(object) && findings.result()) {
         findings.add(object_expr, "padding bytes written, want untouched");
     }
     return findings.result();
 }
 
-// No field still holds the sentinel.
 template <typename T>
-::testing::AssertionResult Written(const char*, const char* object_expr, const Call& call,
-                                   const T& object)
+::testing::AssertionResult Untouched(const char* call_expr, const char* object_expr,
+                                     const Call& call, const T& object)
 {
-    Findings findings(call);
-    each_leaf(
-        object_expr,
-        [&](const std::string& field, const auto& value, const auto&) {
-            if (untouched(value)) {
-                findings.add(field, "untouched, want written");
-            }
-        },
-        object, object);
-    return findings.result();
+    return WrittenIf(call_expr, object_expr, "", call, object, false);
 }
 
 template <typename T>
-::testing::AssertionResult WrittenIf(const char* call_expr, const char* object_expr, const char*,
-                                     const Call& call, const T& object, bool written)
+::testing::AssertionResult Written(const char* call_expr, const char* object_expr, const Call& call,
+                                   const T& object)
 {
-    return written ? Written(call_expr, object_expr, call, object)
-                   : Untouched(call_expr, object_expr, call, object);
+    return WrittenIf(call_expr, object_expr, "", call, object, true);
 }
 
 // |actual - expected| <= tolerance; a not-a-number never is.
