@@ -3,18 +3,12 @@
 #ifndef QUILLON_CORE_CORE_HPP
 #define QUILLON_CORE_CORE_HPP
 
+#include "evaluation.hpp"
 #include "quillon.h"
 
-#include <cfloat>
 #include <cmath>
 #include <cstdint>
 #include <limits>
-
-// Every formula is evaluated in double precision exactly as written; a
-// compiler that evaluates in extended precision would change last bits.
-#if !defined(FLT_EVAL_METHOD) || FLT_EVAL_METHOD != 0
-#error "Quillon needs FLT_EVAL_METHOD == 0 (SSE2 on 32-bit x86)"
-#endif
 
 namespace quillon {
 
