@@ -14,9 +14,7 @@ ResultCode LIB_Area(unsigned char count, const SurveyPoint* points, AreaResult* 
     for (unsigned int i = 0; i < count; ++i) {
         const unsigned int j = (i + 1 == count) ? 0 : i + 1;
         sum = ((points[j].Y * points[i].X) - (points[j].X * points[i].Y)) + sum;
-        perimeter =
-            std::sqrt(square(points[j].Y - points[i].Y) + square(points[j].X - points[i].X)) +
-            perimeter;
+        perimeter = plan_distance(points[j], points[i]) + perimeter;
     }
     // Either orientation gives the same area.
     const double area = std::fabs(sum) * 0.5;
@@ -40,10 +38,7 @@ ResultCode LIB_MissLine(const StationRecord* station, const DistanceRecord* meas
     const double HA1 = angles[0];
     const double HA2 = angles[3];
 
-    double angle_between = std::fabs(HA1 - HA2);
-    if (angle_between > HALF_CIRCLE) {
-        angle_between = FULL_CIRCLE - angle_between;
-    }
+    const double angle_between = short_way_round(std::fabs(HA1 - HA2));
     // Law of cosines in the triangle station - first point - second point.
     const double D = std::sqrt((square(HD2) + square(HD1)) -
                                ((std::cos(sec_to_rad(angle_between)) * HD2) * HD1) * 2.0);
@@ -70,15 +65,7 @@ ResultCode LIB_MissLine(const StationRecord* station, const DistanceRecord* meas
     }
     // Both points in one direction: no azimuth is computed and the caller's
     // value goes through the folds below.
-    if (out->Azimuth > FULL_CIRCLE) {
-        out->Azimuth = out->Azimuth - FULL_CIRCLE;
-    }
-    if (!faces_differ(*station)) {
-        return OK;
-    }
-    out->Azimuth = out->Azimuth - HALF_CIRCLE;
-    if (out->Azimuth < 0.0) {
-        out->Azimuth = out->Azimuth + FULL_CIRCLE;
-    }
+    out->Azimuth = take_turn_if_above<ArcSeconds>(out->Azimuth);
+    out->Azimuth = face_i_reading(*station, out->Azimuth);
     return OK;
 }

@@ -1,7 +1,6 @@
 // Heights on the vertical plane of a line from angle readings alone, and the
 // circle through three points with its list of points.
 #include "../core/core.hpp"
-#include "../core/projection.hpp"
 
 #include <cstdint>
 
@@ -16,8 +15,8 @@ namespace {
 bool right_angle(double angle)
 {
     const std::int32_t whole = to_int32_truncated(angle);
-    const std::int32_t remainder = whole % 1296000;
-    return remainder == 324000 || remainder == 972000;
+    const std::int32_t remainder = whole % static_cast<std::int32_t>(FULL_CIRCLE);
+    return remainder == QUARTER_CIRCLE || remainder == THREE_QUARTER_CIRCLE;
 }
 
 // True when stepping from start by step reaches end within room pairs. Far
@@ -49,12 +48,11 @@ ResultCode LIB_CalLineHeight(const SurveyPoint* pts, const AngleObservation* obs
     const SurveyPoint& A = pts[0];
     const SurveyPoint& B = pts[1];
     const SurveyPoint& S = pts[2];
-    ProjectionRecord projection = {};
-    project_on_line(pts, &projection);
-    double azAB = 0.0;
-    double azAS = 0.0;
-    LIB_CalAZ(&A, &B, &azAB);
-    LIB_CalAZ(&A, &S, &azAS);
+    // A and B on one plumb line give no line: its measures stay 0.
+    const ProjectionRecord projection =
+        coincide_in_plan(A, B) ? ProjectionRecord{} : projection_on_line(A, B, S);
+    const double azAB = azimuth_or(A, B, 0.0);
+    const double azAS = azimuth_or(A, S, 0.0);
 
     // The angle between the sighting to the target and the perpendicular
     // from the station to the line.

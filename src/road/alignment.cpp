@@ -1,6 +1,6 @@
 // Horizontal alignment given element by element: the complete element table,
 // the point at a chainage, and the list of chainages to stake out.
-#include "road_h.hpp"
+#include "horizontal.hpp"
 
 #include <cstring>
 
@@ -16,7 +16,7 @@ bool start_valid(const HElement& first)
     // The start azimuth may be a full two circles here, one more than the
     // element functions accept.
     return in_range(first.X) && in_range(first.Y) && first.Azimuth >= 0.0 &&
-           first.Azimuth <= AZ_LIMIT && in_range(first.Chainage);
+           first.Azimuth <= ROAD_AZIMUTH_LIMIT && in_range(first.Chainage);
 }
 
 bool element_valid(const HElement& element)
@@ -134,11 +134,7 @@ ResultCode evaluate(const HElement* table, unsigned int i, double K, TangentPoin
         HElement backward = element;
         backward.X = next.X;
         backward.Y = next.Y;
-        double azimuth = next.Azimuth + HALF_CIRCLE;
-        if (azimuth > FULL_CIRCLE) {
-            azimuth = azimuth - FULL_CIRCLE;
-        }
-        backward.Azimuth = azimuth;
+        backward.Azimuth = take_turn_if_above<ArcSeconds>(next.Azimuth + HALF_CIRCLE);
         const double back = next.Chainage - K;
         status = LIB_CalWay_H_Curve_On(&backward, back, &position);
         if (status != OK) {
@@ -163,7 +159,7 @@ void copy_station(const HElement& record, TangentPoint* out)
 ResultCode LIB_CalWay_H_Ele_MainPoint(const HElement* elements, unsigned char n, HElement* table)
 {
     const unsigned int records = n;
-    if (records > TABLE_RECORDS || records < 2) {
+    if (records > ROAD_TABLE_CAPACITY || records < 2) {
         return TABLE;
     }
     if (!start_valid(elements[0])) {
@@ -233,7 +229,8 @@ ResultCode LIB_CalWay_Pile(const double* chainages, unsigned char m, double inte
         }
     }
     const double D = interval;
-    if (!(D >= 0.0 && D <= RANGE_LIMIT) || given > TABLE_RECORDS) {
+    // The chainages of a whole element table at most.
+    if (!(D >= 0.0 && D <= RANGE_LIMIT) || given > ROAD_TABLE_CAPACITY) {
         return DOMAIN;
     }
     // Piles need a start chainage to count from.
@@ -257,7 +254,7 @@ ResultCode LIB_CalWay_Pile(const double* chainages, unsigned char m, double inte
     const double E = chainages[given - 1];
     unsigned int count = given;
     if (p < E) {
-        if (given < MAX_PILES) {
+        if (given < ROAD_LIST_CAPACITY) {
             piles[count] = p;
             count = count + 1;
         } else {
@@ -267,7 +264,7 @@ ResultCode LIB_CalWay_Pile(const double* chainages, unsigned char m, double inte
     }
     // The end chainage is already in the list: stop before reaching it.
     while (piles[count - 1] + D < E) {
-        if (count >= MAX_PILES) {
+        if (count >= ROAD_LIST_CAPACITY) {
             *pile_count = count;
             return TABLE;
         }

@@ -2,7 +2,7 @@
 // and the curve lengths at one point, and the element table of a whole
 // polygon (straight, entry transition, arc, exit transition at every inner
 // point).
-#include "road_h.hpp"
+#include "horizontal.hpp"
 
 using namespace quillon;
 using namespace quillon::road;
@@ -144,7 +144,7 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
         const SurveyPoint P = plan_point(point);
 
         double d = 0.0;
-        status = LIB_Cal2PointDist(&Q, &P, &d, 0);
+        status = LIB_Cal2PointDist(&Q, &P, &d, PLAN_DISTANCE);
         if (status != OK) {
             return status;
         }
@@ -178,7 +178,7 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
         // Straight up to the curve; one shorter than the tolerance is left out.
         const double s = d - lengths.EntryTangent;
         if (s >= CHAINAGE_TOLERANCE) {
-            if (walk.k > TABLE_RECORDS - 1) {
+            if (walk.k > ROAD_TABLE_CAPACITY - 1) {
                 return table_full(table, walk, record_count);
             }
             emit(table, walk, LINE, s);
@@ -199,7 +199,7 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
         }
 
         if (point.EntryLength >= CHAINAGE_TOLERANCE) {
-            if (walk.k > TABLE_RECORDS - 1) {
+            if (walk.k > ROAD_TABLE_CAPACITY - 1) {
                 return table_full(table, walk, record_count);
             }
             HElement& entry =
@@ -211,7 +211,7 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
             }
         }
 
-        if (walk.k > TABLE_RECORDS - 1) {
+        if (walk.k > ROAD_TABLE_CAPACITY - 1) {
             return table_full(table, walk, record_count);
         }
         // The arc keeps whatever Spiral byte the buffer held.
@@ -222,7 +222,7 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
         }
 
         if (point.ExitLength >= CHAINAGE_TOLERANCE) {
-            if (walk.k > TABLE_RECORDS - 1) {
+            if (walk.k > ROAD_TABLE_CAPACITY - 1) {
                 return table_full(table, walk, record_count);
             }
             // Recorded by its start; it is not evaluated here.
@@ -237,13 +237,7 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
 
         // The curve's end is placed from the intersection point along the
         // outgoing straight, not by evaluating the exit curve.
-        double b = straight_azimuth + point.TurnAngle;
-        if (b > FULL_CIRCLE) {
-            b = b - FULL_CIRCLE;
-        }
-        if (b < 0.0) {
-            b = b + FULL_CIRCLE;
-        }
+        const double b = fold_once_into_closed_turn<ArcSeconds>(straight_azimuth + point.TurnAngle);
         const double b_rad = sec_to_rad(b);
         const double HX = point.X + lengths.ExitTangent * std::cos(b_rad);
         const double HY = point.Y + lengths.ExitTangent * std::sin(b_rad);
@@ -261,12 +255,12 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
     const SurveyPoint Q = plan_point(walk.position.X, walk.position.Y);
     const SurveyPoint end_point = plan_point(E);
     double d = 0.0;
-    status = LIB_Cal2PointDist(&Q, &end_point, &d, 0);
+    status = LIB_Cal2PointDist(&Q, &end_point, &d, PLAN_DISTANCE);
     if (status != OK) {
         return status;
     }
     if (d >= CHAINAGE_TOLERANCE) {
-        if (walk.k >= TABLE_RECORDS) {
+        if (walk.k >= ROAD_TABLE_CAPACITY) {
             return table_full(table, walk, record_count);
         }
         emit(table, walk, LINE, d);
@@ -276,7 +270,7 @@ ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* tab
         }
     }
 
-    if (walk.k >= TABLE_RECORDS) {
+    if (walk.k >= ROAD_TABLE_CAPACITY) {
         return table_full(table, walk, record_count);
     }
     HElement& last = table[walk.k];
@@ -302,7 +296,7 @@ ResultCode build_two_straights(const CrossPoint* polygon, HElement* table, uint3
             return status;
         }
         double length = 0.0;
-        status = LIB_Cal2PointDist(&from, &to, &length, 0);
+        status = LIB_Cal2PointDist(&from, &to, &length, PLAN_DISTANCE);
         if (status != OK) {
             return status;
         }
@@ -380,7 +374,7 @@ ResultCode LIB_CalWay_H_Cross_MainPoint(CrossPoint* polygon, unsigned char m, HE
                                         uint32_t* record_count)
 {
     const unsigned int count = m;
-    if (count > MAX_POLYGON_POINTS) {
+    if (count > ROAD_LIST_CAPACITY) {
         return TABLE;
     }
     // Without a single point there is no alignment to build.
@@ -397,7 +391,7 @@ ResultCode LIB_CalWay_H_Cross_MainPoint_Full(CrossPoint* polygon, unsigned char 
                                              uint32_t* record_count)
 {
     const unsigned int count = m;
-    if (count > MAX_POLYGON_POINTS) {
+    if (count > ROAD_LIST_CAPACITY) {
         return TABLE;
     }
     if (count < 2) {

@@ -1,7 +1,7 @@
 // The road's profile: vertical tables built from elements or from grade
 // intersections, one element evaluated at a chainage, and the design
 // elevation at any chainage of a table.
-#include "road_v.hpp"
+#include "vertical.hpp"
 
 #include <cmath>
 #include <cstring>
@@ -99,16 +99,11 @@ struct ProfileWalk {
     double grade;
 };
 
-// A vertical table holds at most 81 records: 80 elements and the end
-// record. The intersection-point list holds at most 80 points.
-constexpr unsigned int MAX_TABLE_RECORDS = 81;
-constexpr unsigned int MAX_POINTS = 80;
-
 // True when the next record would not fit: the walk stops with the records
 // emitted so far, the last of them turned into the end record.
 bool table_full(ProfileWalk& walk, unsigned char* table_count)
 {
-    if (walk.k >= MAX_TABLE_RECORDS) {
+    if (walk.k >= ROAD_TABLE_CAPACITY) {
         *table_count = static_cast<unsigned char>(walk.k);
         walk.table[walk.k - 1].Type = V_END;
         return true;
@@ -211,7 +206,7 @@ ResultCode LIB_CalWay_V_Ele_MainPoint(const VElement* elements, unsigned char co
                                       VElement* table)
 {
     const unsigned int n = count;
-    if (n > MAX_TABLE_RECORDS || n < 2) {
+    if (n > ROAD_TABLE_CAPACITY || n < 2) {
         return TABLE;
     }
     const VElement& first = elements[0];
@@ -372,7 +367,7 @@ ResultCode LIB_CalWay_V_Cross_MainPoint(VElement* points, unsigned char count, V
 {
     const unsigned int n = count;
     // Fewer than two points give no grade at all.
-    if (n > MAX_POINTS || n < 2) {
+    if (n > ROAD_LIST_CAPACITY || n < 2) {
         return TABLE;
     }
     for (unsigned int i = 0; i < n; ++i) {

@@ -7,10 +7,6 @@ using namespace quillon;
 
 namespace {
 
-// A full turn in radians with the true pi: the turn along the arc comes from
-// atan2, not from arc-seconds.
-constexpr double FULL_TURN_RAD = 6.283185307179586;
-
 struct Circle {
     double centre_x;
     double centre_y;
@@ -22,9 +18,7 @@ struct Circle {
 ResultCode circle_through(const SurveyPoint& P1, const SurveyPoint& P2, const SurveyPoint& P3,
                           Circle* circle)
 {
-    double azimuth = 0.0;
-    if (LIB_CalAZ(&P1, &P2, &azimuth) != OK || LIB_CalAZ(&P2, &P3, &azimuth) != OK ||
-        LIB_CalAZ(&P1, &P3, &azimuth) != OK) {
+    if (coincide_in_plan(P1, P2) || coincide_in_plan(P2, P3) || coincide_in_plan(P1, P3)) {
         return COINCIDENT;
     }
     const double bx = P2.X - P1.X;
@@ -43,11 +37,9 @@ ResultCode circle_through(const SurveyPoint& P1, const SurveyPoint& P2, const Su
     const double ux = (cy * b2 - by * c2) / d;
     const double uy = (bx * c2 - cx * b2) / d;
     const SurveyPoint centre = {P1.X + ux, P1.Y + uy, 0.0};
-    double radius = 0.0;
-    LIB_Cal2PointDist(&centre, &P1, &radius, 0);
     circle->centre_x = centre.X;
     circle->centre_y = centre.Y;
-    circle->radius = radius;
+    circle->radius = plan_distance(centre, P1);
     circle->clockwise = cross > 0.0;
     return OK;
 }
@@ -58,12 +50,10 @@ ResultCode circle_through(const SurveyPoint& P1, const SurveyPoint& P2, const Su
 ResultCode circle_from_chord(const SurveyPoint& P1, const SurveyPoint& P2, double radius,
                              Circle* circle)
 {
-    double azimuth = 0.0;
-    if (LIB_CalAZ(&P1, &P2, &azimuth) != OK) {
+    if (coincide_in_plan(P1, P2)) {
         return COINCIDENT;
     }
-    double chord = 0.0;
-    LIB_Cal2PointDist(&P1, &P2, &chord, 0);
+    const double chord = plan_distance(P1, P2);
     if (chord == 0.0) {
         return COINCIDENT;
     }
@@ -151,13 +141,12 @@ ResultCode LIB_ArcCalc(const StationRecord* station, const ArcDefinition* arc, A
     const double X = t * sx + station->X;
     const double Y = t * sy + station->Y;
     const double H = (t * sz + station->InstrumentHeight) + station->H;
-    if (!in_range(X) || !in_range(Y) || !in_range(H)) {
+    const SurveyPoint hit = {X, Y, H};
+    if (!in_range(hit)) {
         return RANGE;
     }
     const SurveyPoint mark = {station->X, station->Y, station->H};
-    const SurveyPoint hit = {X, Y, H};
-    double horizontal_distance = 0.0;
-    LIB_Cal2PointDist(&mark, &hit, &horizontal_distance, 0);
+    const double horizontal_distance = plan_distance(mark, hit);
     const double sight_distance = std::sqrt(square((H - station->H) - station->InstrumentHeight) +
                                             square(Y - station->Y) + square(X - station->X));
 
@@ -171,10 +160,7 @@ ResultCode LIB_ArcCalc(const StationRecord* station, const ArcDefinition* arc, A
     // Positive when the point lies clockwise of P1.
     const double turn = std::atan2(to_start_x * to_point_y - to_start_y * to_point_x,
                                    to_start_x * to_point_x + to_start_y * to_point_y);
-    double sweep = circle.clockwise ? turn : -turn;
-    if (sweep < 0.0) {
-        sweep = sweep + FULL_TURN_RAD;
-    }
+    const double sweep = add_turn_if_negative<RadiansTruePi>(circle.clockwise ? turn : -turn);
     // Adding +0 leaves a turn of -0 as 0.
     const double arc_length = (sweep + 0.0) * circle.radius;
 

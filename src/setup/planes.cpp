@@ -27,16 +27,9 @@ SightVector sight_vector(const AngleObservation& sight)
 bool lies_along_sight(const StationRecord& station, const AngleObservation& sight,
                       const SurveyPoint& point)
 {
-    double reduced = sight.Horizontal;
-    if (faces_differ(station)) {
-        reduced = sight.Horizontal - HALF_CIRCLE;
-        if (reduced < 0.0) {
-            reduced = reduced + FULL_CIRCLE;
-        }
-    }
+    const double reduced = face_i_reading(station, sight.Horizontal);
     const SurveyPoint mark = {station.X, station.Y, station.H};
-    double azimuth = 0.0;
-    LIB_CalAZ(&mark, &point, &azimuth);
+    const double azimuth = azimuth_or(mark, point, 0.0);
     return std::fabs(azimuth - reduced) <= 1.0;
 }
 
@@ -57,10 +50,8 @@ ResultCode LIB_VPlane(const StationRecord* station, const AngleObservation* sigh
     const SurveyPoint mark = {station->X, station->Y, station->H};
     // A plane point plumb over the station has no direction; its azimuth
     // stays 0.
-    double az1 = 0.0;
-    double az2 = 0.0;
-    LIB_CalAZ(&mark, &P1, &az1);
-    LIB_CalAZ(&mark, &P2, &az2);
+    const double az1 = azimuth_or(mark, P1, 0.0);
+    const double az2 = azimuth_or(mark, P2, 0.0);
     // The plane contains the line of sight through the station.
     if (az1 == az2) {
         return COINCIDENT;
@@ -99,18 +90,15 @@ ResultCode LIB_VPlane(const StationRecord* station, const AngleObservation* sigh
         return BEHIND;
     }
     const double H = t * s.z + station->InstrumentHeight + station->H;
-    if (!in_range(X) || !in_range(Y) || !in_range(H)) {
+    const SurveyPoint hit = {X, Y, H};
+    if (!in_range(hit)) {
         return RANGE;
     }
-    const SurveyPoint hit = {X, Y, H};
-    double along = 0.0;
-    double across = 0.0;
-    LIB_CalLB(planePts, &hit, &along, &across);
     out->X = X;
     out->Y = Y;
     out->H = H;
     out->SightDistance = sight_distance(*station, hit);
-    out->PlaneAlong = along;
+    out->PlaneAlong = line_components(P1, P2, hit).along;
     out->PlaneOffset = H - P1.H;
     return OK;
 }
@@ -155,20 +143,13 @@ ResultCode LIB_SPlane(const StationRecord* station, const AngleObservation* sigh
 
     // Position within the plane: the cosine rule in the triangle P1, P2,
     // point gives the foot on P1-P2 and the distance from that line.
-    double a = 0.0;
-    double c = 0.0;
-    double b = 0.0;
-    LIB_Cal2PointDist(&P1, &hit, &a, 1);
-    LIB_Cal2PointDist(&P1, &P2, &c, 1);
-    LIB_Cal2PointDist(&P2, &hit, &b, 1);
+    const double a = spatial_distance(P1, hit);
+    const double c = spatial_distance(P1, P2);
+    const double b = spatial_distance(P2, hit);
     const double cosA = 0.5 * (c / a + a / c) - 0.5 * (b * b) / (a * c);
     const double along = cosA * a;
     double offset = std::sqrt(square(a) - square(along));
-    double az_point = 0.0;
-    double az_line = 0.0;
-    LIB_CalAZ(&P1, &hit, &az_point);
-    LIB_CalAZ(&P1, &P2, &az_line);
-    const double w = az_point - az_line;
+    const double w = azimuth_or(P1, hit, 0.0) - azimuth_or(P1, P2, 0.0);
     // Left of P1 -> P2 is negative; w at exactly 0 or -648000 counts as right.
     if ((-HALF_CIRCLE < w && w < 0.0) || w > HALF_CIRCLE) {
         offset = -offset;

@@ -18,16 +18,6 @@ double resection_last_angle_difference = 0.0;
 
 namespace {
 
-constexpr int MAX_POINTS = 20;
-
-// Half of RAD_PER_SEC and twice RHO_SEC: the half-angle tangent works on half
-// of the sum of the unknown angles and gives back the full difference.
-constexpr double HALF_RAD_PER_SEC = 2.424068364197531e-6;
-constexpr double TWICE_RHO_SEC = 412529.6195311894;
-
-// An eighth of a circle: a quarter of pi taken as 3.1415926.
-constexpr double EIGHTH_CIRCLE_RAD = 0.78539815;
-
 // Station height from one sighting and its weight: the closer and the more
 // level the sight, the heavier.
 double station_height_from(const DistanceRecord& dist, const SurveyPoint& known,
@@ -48,15 +38,15 @@ double height_weight(const DistanceRecord& dist, const AngleObservation& obs)
 ResultCode LIB_RESA2D(const AngleObservation* obs, const SurveyPoint* known, unsigned char n,
                       double* distances)
 {
-    if (n < 3 || n > MAX_POINTS) {
+    if (n < 3 || n > RESECTION_MAX_POINTS) {
         return DOMAIN;
     }
 
-    SurveyPoint point[MAX_POINTS];
-    double direction[MAX_POINTS];
+    SurveyPoint point[RESECTION_MAX_POINTS];
+    double direction[RESECTION_MAX_POINTS];
     // Only the first five entries carry their own index; a sixth and later
     // point is tagged 0, which decides where its result is written back.
-    unsigned char index[MAX_POINTS] = {0, 1, 2, 3, 4};
+    unsigned char index[RESECTION_MAX_POINTS] = {0, 1, 2, 3, 4};
     for (int i = 0; i < n; ++i) {
         point[i] = known[i];
         direction[i] = obs[i].Horizontal;
@@ -81,8 +71,8 @@ ResultCode LIB_RESA2D(const AngleObservation* obs, const SurveyPoint* known, uns
 
     // A gap of more than a half circle between two neighbouring sightings:
     // the sequence is restarted just after it, from the caller's arrays.
-    double angle[MAX_POINTS];
-    unsigned char order[MAX_POINTS];
+    double angle[RESECTION_MAX_POINTS];
+    unsigned char order[RESECTION_MAX_POINTS];
     int gap = -1;
     for (int i = 0; i < n - 1; ++i) {
         if (direction[i + 1] < direction[i]) {
@@ -108,7 +98,7 @@ ResultCode LIB_RESA2D(const AngleObservation* obs, const SurveyPoint* known, uns
 
     // Angles at the station between neighbouring points, and the sides
     // joining those points.
-    double side[MAX_POINTS];
+    double side[RESECTION_MAX_POINTS];
     for (int i = 0; i < n - 1; ++i) {
         if (direction[i + 1] < direction[i]) {
             direction[i + 1] = direction[i + 1] + FULL_CIRCLE;
@@ -119,22 +109,17 @@ ResultCode LIB_RESA2D(const AngleObservation* obs, const SurveyPoint* known, uns
     }
 
     // Angle at the middle point of each triangle pair.
-    double middle_angle[MAX_POINTS];
+    double middle_angle[RESECTION_MAX_POINTS];
     for (int i = 0; i < n - 2; ++i) {
-        double az_back = 0.0;
-        double az_ahead = 0.0;
-        LIB_CalAZ(&point[i + 1], &point[i], &az_back);
-        LIB_CalAZ(&point[i + 1], &point[i + 2], &az_ahead);
-        middle_angle[i] = az_back - az_ahead;
-        if (middle_angle[i] < 0.0) {
-            middle_angle[i] = middle_angle[i] + FULL_CIRCLE;
-        }
+        const double az_back = azimuth_or(point[i + 1], point[i], 0.0);
+        const double az_ahead = azimuth_or(point[i + 1], point[i + 2], 0.0);
+        middle_angle[i] = add_turn_if_negative<ArcSeconds>(az_back - az_ahead);
     }
 
     // Each pair of neighbouring triangles gives the distances to its outer
     // points; a later pair overwrites what an earlier one found.
-    const double t45 = std::tan(EIGHTH_CIRCLE_RAD);
-    double dist[MAX_POINTS];
+    const double t45 = std::tan(EIGHTH_TURN_RAD_SHORT_PI);
+    double dist[RESECTION_MAX_POINTS];
     for (int i = 0; i < n - 2; ++i) {
         const double alpha = angle[i];
         const double beta = angle[i + 1];
@@ -144,8 +129,8 @@ ResultCode LIB_RESA2D(const AngleObservation* obs, const SurveyPoint* known, uns
         const double S = FULL_CIRCLE - ((middle_angle[i] + alpha) + beta);
         // The difference of the unknown angles is cut to whole seconds.
         const double D = whole_seconds(
-            std::atan(((t45 - k) / (t45 * k + 1.0)) * std::tan(S * HALF_RAD_PER_SEC)) *
-            TWICE_RHO_SEC);
+            std::atan(((t45 - k) / (t45 * k + 1.0)) * std::tan(S * HALF_RAD_PER_SEC_SHORT_PI)) *
+            TWICE_SEC_PER_RAD_SHORT_PI);
         const double phi = S / 2.0 + D / 2.0;
         const double psi = S / 2.0 - D / 2.0;
         dist[i] = std::sin(sec_to_rad(HALF_CIRCLE - phi - alpha)) / std::sin(sec_to_rad(alpha)) * a;
@@ -174,18 +159,18 @@ ResultCode LIB_RESDist(double instrumentHeight, const DistanceRecord* dists,
                        const double* targetHeights, unsigned char n, ResectionResult* out,
                        unsigned char mode)
 {
-    if (mode == 0 && (n < 2 || n > MAX_POINTS)) {
+    if (mode == 0 && (n < 2 || n > RESECTION_MAX_POINTS)) {
         return DOMAIN;
     }
-    if (mode == 1 && (n < 1 || n > MAX_POINTS)) {
+    if (mode == 1 && (n < 1 || n > RESECTION_MAX_POINTS)) {
         return DOMAIN;
     }
     const double count = n;
 
     if (mode == 0) {
         // Measured positions in the instrument's own frame.
-        double u[MAX_POINTS];
-        double v[MAX_POINTS];
+        double u[RESECTION_MAX_POINTS];
+        double v[RESECTION_MAX_POINTS];
         double Su = 0.0;
         double Sv = 0.0;
         double SX = 0.0;
@@ -229,7 +214,7 @@ ResultCode LIB_RESDist(double instrumentHeight, const DistanceRecord* dists,
         const double b = (Suy - Svx - (SdY * Su - SdX * Sv) / count) / N;
         // The one-argument arctangent: a rotation beyond a quarter circle
         // comes out turned by a half circle.
-        const double orientation = whole_seconds(std::atan(b / a) * RHO_SEC);
+        const double orientation = whole_seconds(std::atan(b / a) * SEC_PER_RAD_SHORT_PI);
         const double X = SdX / count - a * Su / count + b * Sv / count + mX0;
         const double Y = SdY / count - a * Sv / count - b * Su / count + mY0;
         out->X = X;
@@ -293,7 +278,7 @@ ResultCode LIB_RESSetAngle(const SurveyPoint* station, const SurveyPoint* target
 {
     // With coincident points the azimuth keeps the caller's value, and that
     // value is used.
-    LIB_CalAZ(station, target, azimuth);
+    *azimuth = azimuth_or(*station, *target, *azimuth);
     *orientation = (*orientation + reading) - *azimuth;
     return OK;
 }

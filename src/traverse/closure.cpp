@@ -63,10 +63,10 @@ void spread_angular_misclosure(TraverseLeg* legs, unsigned int n, double angular
 ResultCode close_angles_connecting(TraverseLeg* legs, unsigned int n,
                                    const TraverseKnownPoints& known, TraverseClosure* result)
 {
-    double known_azimuth = 0.0;
-    if (LIB_CalAZ(&known.ClosingRef, &known.End, &known_azimuth) != OK) {
+    if (coincide_in_plan(known.ClosingRef, known.End)) {
         return DOMAIN;
     }
+    const double known_azimuth = azimuth_between(known.ClosingRef, known.End);
     double angle_sum = 0.0;
     for (unsigned int i = 1; i < n; ++i) {
         const double angle = (legs[i].BackDirection - legs[i].ForeDirection) + FULL_CIRCLE;
@@ -91,7 +91,8 @@ void close_angles_loop(TraverseLeg* legs, unsigned int n, TraverseClosure* resul
 {
     double angle_sum = 0.0;
     for (unsigned int i = 0; i < n; ++i) {
-        const double a = turned_if_negative(legs[i].ForeDirection - legs[i].BackDirection);
+        const double a =
+            add_turn_if_negative<ArcSeconds>(legs[i].ForeDirection - legs[i].BackDirection);
         angle_sum = angle_sum + a;
     }
     // For a single leg the polygon sum is -648000.

@@ -61,7 +61,10 @@ double unwrapped_mean_direction(const Pointings& p)
     return ((p.face2.Hz - HALF_CIRCLE) + p.face1.Hz) * 0.5;
 }
 
-double angle_between(double first, double second) { return turned_if_negative(first - second); }
+double angle_between(double first, double second)
+{
+    return add_turn_if_negative<ArcSeconds>(first - second);
+}
 
 // Running maximum minus running minimum of a per-round value; the first
 // round sets both.
@@ -198,11 +201,14 @@ TargetResult reduce_target(const StaMultiResult& record, double direction, doubl
                            double slope)
 {
     TargetResult target = {direction, zenith, slope, {0.0, 0.0, 0.0, 0.0}, {0.0, 0.0, 0.0}};
-    LIB_DistConvert(record.Station, record.Scale, slope, zenith, &target.distances);
+    target.distances = reduced_distances(*record.Station, record.Scale, slope, zenith);
     const SurveyPoint station = {record.Station->X, record.Station->Y, record.Station->H};
-    // A point out of range is left as zeros.
-    LIB_CalCoor(&station, direction, target.distances.HorizontalDistance,
-                target.distances.VerticalDifference, &target.point);
+    const SurveyPoint point = polar_point(station, direction, target.distances.HorizontalDistance,
+                                          target.distances.VerticalDifference);
+    // A point out of range in plan is left as zeros.
+    if (in_range_in_plan(point)) {
+        target.point = point;
+    }
     return target;
 }
 

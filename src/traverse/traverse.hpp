@@ -1,6 +1,5 @@
-// Internals of the traverse family: the one fold its angles share, and the
-// multi-round traverse with its work array taken from a caller-supplied
-// allocator, so that every return path can be shown to release what it took.
+// Internals of the traverse family: the multi-round traverse with its work array taken from a
+// caller-supplied allocator, so that every return path can be shown to release what it took.
 #ifndef QUILLON_TRAVERSE_TRAVERSE_HPP
 #define QUILLON_TRAVERSE_TRAVERSE_HPP
 
@@ -10,16 +9,6 @@
 #include <cstdint>
 
 namespace quillon {
-
-// An angle or azimuth that came out negative is turned by one full circle;
-// any other value, a full circle or more included, stands as it is.
-inline double turned_if_negative(double angle)
-{
-    if (angle < 0.0) {
-        return angle + FULL_CIRCLE;
-    }
-    return angle;
-}
 
 // One entry of the work array: a station's observed angle and index, and
 // its corrected angle.

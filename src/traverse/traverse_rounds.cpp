@@ -114,11 +114,10 @@ ResultCode adjust_traverse(TraverseStation* stations, std::uint32_t n,
         end = control.B;
         end_orientation = control.A;
     }
-    double start_azimuth = 0.0;
-    LIB_CalAZ(&control.B, &control.A, &start_azimuth);
+    const double start_azimuth = azimuth_or(control.B, control.A, 0.0);
     double closing_azimuth = 0.0;
     if (type == LOOP || type == CONNECTING) {
-        LIB_CalAZ(&end, &end_orientation, &closing_azimuth);
+        closing_azimuth = azimuth_or(end, end_orientation, 0.0);
     }
 
     // Angular closure.
@@ -148,7 +147,7 @@ ResultCode adjust_traverse(TraverseStation* stations, std::uint32_t n,
     // value can run past a full circle; only a negative one is turned.
     double azimuth = start_azimuth;
     for (std::uint32_t i = 0; i < n; ++i) {
-        azimuth = turned_if_negative((azimuth - HALF_CIRCLE) + work[i].corrected);
+        azimuth = add_turn_if_negative<ArcSeconds>((azimuth - HALF_CIRCLE) + work[i].corrected);
         stations[i].Azimuth = azimuth;
     }
 

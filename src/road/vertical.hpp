@@ -1,9 +1,10 @@
-// Bounds and tolerances shared by the profile and cross-section functions.
-// Never exported.
-#ifndef QUILLON_ROAD_ROAD_V_HPP
-#define QUILLON_ROAD_ROAD_V_HPP
+// The profile's own vocabulary, shared with the cross-section: vertical
+// element kinds, which of radius and length the designer gave, and the bounds
+// of grades and lengths. Never exported.
+#ifndef QUILLON_ROAD_VERTICAL_HPP
+#define QUILLON_ROAD_VERTICAL_HPP
 
-#include "road.hpp"
+#include "../core/core.hpp"
 
 namespace quillon {
 namespace road {
@@ -19,9 +20,6 @@ constexpr unsigned char V_GRADE_CHANGE = 0;
 // Which of Radius and Length the designer gave.
 constexpr unsigned char GIVEN_RADIUS = 0;
 constexpr unsigned char GIVEN_LENGTH = 1;
-
-// A value inside the closed range [low, high]; not-a-number is outside.
-inline bool within(double value, double low, double high) { return low <= value && value <= high; }
 
 // A grade (or a cross slope) lies from -1 to 1 inclusive.
 inline bool grade_ok(double grade) { return within(grade, -1.0, 1.0); }
