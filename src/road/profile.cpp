@@ -200,6 +200,105 @@ bool point_ok(const VElement& point, bool inner)
     return true;
 }
 
+// A plain change of grade: the line ends at the point's Chainage field,
+// while the walk goes on from its vertex.
+ResultCode pass_grade_change(ProfileWalk& walk, const VElement& p, unsigned char* table_count)
+{
+    const ResultCode status = emit_line_if_needed(walk, p.Chainage, table_count);
+    if (status != OK) {
+        return status;
+    }
+    walk.chainage = p.VertexChainage;
+    walk.elevation = p.VertexElevation;
+    return OK;
+}
+
+// A circular curve: its start a tangent length before the vertex along the
+// incoming grade angle, its end a whole curve length after the start.
+ResultCode pass_circle(ProfileWalk& walk, VElement& p, double grade_out, unsigned char* table_count)
+{
+    const double w = std::fabs(std::atan(walk.grade) - std::atan(grade_out));
+    ResultCode status = complete_curve(p, w);
+    if (status != OK) {
+        return status;
+    }
+    const double T = std::tan(w * 0.5) * p.Radius;
+    p.Chainage = p.VertexChainage - T;
+    p.Elevation = p.VertexElevation - std::sin(std::atan(walk.grade)) * T;
+    status = emit_curve_from_start(walk, p, grade_out, table_count);
+    if (status != OK) {
+        return status;
+    }
+    // The end takes the sine of the grade itself, not of its angle as the
+    // start does.
+    walk.chainage = p.Chainage + p.Length;
+    walk.elevation = p.VertexElevation + std::sin(grade_out) * T;
+    return in_range(walk.chainage) && in_range(walk.elevation) ? OK : RANGE;
+}
+
+// A parabola: start and end half its length before and after the vertex.
+ResultCode pass_parabola(ProfileWalk& walk, VElement& p, double grade_out,
+                         unsigned char* table_count)
+{
+    const double d = std::fabs(walk.grade - grade_out);
+    ResultCode status = complete_curve(p, d);
+    if (status != OK) {
+        return status;
+    }
+    p.Chainage = p.VertexChainage - p.Length * 0.5;
+    p.Elevation = p.VertexElevation - p.Length * walk.grade * 0.5;
+    status = emit_curve_from_start(walk, p, grade_out, table_count);
+    if (status != OK) {
+        return status;
+    }
+    walk.chainage = p.VertexChainage + p.Length * 0.5;
+    walk.elevation = p.VertexElevation + p.Length * grade_out * 0.5;
+    return in_range(walk.chainage) && in_range(walk.elevation) ? OK : RANGE;
+}
+
+// An inner grade intersection passed: the outgoing grade, the line up to
+// what lies at the point and the walk carried beyond it.
+ResultCode pass_point(ProfileWalk& walk, VElement& p, const VElement& next,
+                      unsigned char* table_count)
+{
+    const double grade_out = grade_between(p, next);
+    if (!grade_ok(grade_out)) {
+        return RANGE;
+    }
+    ResultCode status = OK;
+    if (p.Type == V_GRADE_CHANGE) {
+        status = pass_grade_change(walk, p, table_count);
+    } else if (p.Type == V_CIRCLE) {
+        status = pass_circle(walk, p, grade_out, table_count);
+    } else {
+        status = pass_parabola(walk, p, grade_out, table_count);
+    }
+    if (status != OK) {
+        return status;
+    }
+    walk.grade = grade_out;
+    return OK;
+}
+
+// The last line up to the last point and the end record there.
+ResultCode end_profile(ProfileWalk& walk, const VElement& last, unsigned char* table_count)
+{
+    const ResultCode status = emit_line_if_needed(walk, last.VertexChainage, table_count);
+    if (status != OK) {
+        return status;
+    }
+    if (table_full(walk, table_count)) {
+        return TABLE;
+    }
+    VElement& end = walk.table[walk.k];
+    end.Type = V_END;
+    end.Chainage = last.VertexChainage;
+    end.Elevation = last.VertexElevation;
+    end.GradeIn = walk.grade;
+    *table_count = static_cast<unsigned char>(walk.k + 1);
+    return OK;
+}
+
 } // namespace
 
 ResultCode LIB_CalWay_V_Ele_MainPoint(const VElement* elements, unsigned char count,
@@ -383,75 +482,10 @@ ResultCode LIB_CalWay_V_Cross_MainPoint(VElement* points, unsigned char count, V
         return RANGE;
     }
     for (unsigned int i = 1; i + 1 < n; ++i) {
-        VElement& p = points[i];
-        const double grade_out = grade_between(p, points[i + 1]);
-        if (!grade_ok(grade_out)) {
-            return RANGE;
+        const ResultCode status = pass_point(walk, points[i], points[i + 1], table_count);
+        if (status != OK) {
+            return status;
         }
-        ResultCode status = OK;
-        if (p.Type == V_GRADE_CHANGE) {
-            // A plain change of grade: the line ends at the point's Chainage
-            // field, while the walk goes on from its vertex.
-            status = emit_line_if_needed(walk, p.Chainage, table_count);
-            if (status != OK) {
-                return status;
-            }
-            walk.chainage = p.VertexChainage;
-            walk.elevation = p.VertexElevation;
-        } else if (p.Type == V_CIRCLE) {
-            const double w = std::fabs(std::atan(walk.grade) - std::atan(grade_out));
-            status = complete_curve(p, w);
-            if (status != OK) {
-                return status;
-            }
-            const double T = std::tan(w * 0.5) * p.Radius;
-            p.Chainage = p.VertexChainage - T;
-            p.Elevation = p.VertexElevation - std::sin(std::atan(walk.grade)) * T;
-            status = emit_curve_from_start(walk, p, grade_out, table_count);
-            if (status != OK) {
-                return status;
-            }
-            // The end takes the sine of the grade itself, not of its angle as
-            // the start does.
-            walk.chainage = p.Chainage + p.Length;
-            walk.elevation = p.VertexElevation + std::sin(grade_out) * T;
-            if (!in_range(walk.chainage) || !in_range(walk.elevation)) {
-                return RANGE;
-            }
-        } else {
-            const double d = std::fabs(walk.grade - grade_out);
-            status = complete_curve(p, d);
-            if (status != OK) {
-                return status;
-            }
-            p.Chainage = p.VertexChainage - p.Length * 0.5;
-            p.Elevation = p.VertexElevation - p.Length * walk.grade * 0.5;
-            status = emit_curve_from_start(walk, p, grade_out, table_count);
-            if (status != OK) {
-                return status;
-            }
-            walk.chainage = p.VertexChainage + p.Length * 0.5;
-            walk.elevation = p.VertexElevation + p.Length * grade_out * 0.5;
-            if (!in_range(walk.chainage) || !in_range(walk.elevation)) {
-                return RANGE;
-            }
-        }
-        walk.grade = grade_out;
     }
-
-    const VElement& last = points[n - 1];
-    const ResultCode status = emit_line_if_needed(walk, last.VertexChainage, table_count);
-    if (status != OK) {
-        return status;
-    }
-    if (table_full(walk, table_count)) {
-        return TABLE;
-    }
-    VElement& end = table[walk.k];
-    end.Type = V_END;
-    end.Chainage = last.VertexChainage;
-    end.Elevation = last.VertexElevation;
-    end.GradeIn = walk.grade;
-    *table_count = static_cast<unsigned char>(walk.k + 1);
-    return OK;
+    return end_profile(walk, points[n - 1], table_count);
 }
