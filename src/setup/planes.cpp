@@ -1,24 +1,10 @@
 // A sighting without a distance met by a known plane: a vertical plane through
 // two points, or a slope plane through three.
-#include "../core/core.hpp"
+#include "sight.hpp"
 
 using namespace quillon;
 
 namespace {
-
-// Unit vector of the line of sight: X north, Y east, H up.
-struct SightVector {
-    double x;
-    double y;
-    double z;
-};
-
-SightVector sight_vector(const AngleObservation& sight)
-{
-    const double hz = sec_to_rad(sight.Horizontal);
-    const double v = sec_to_rad(sight.Zenith);
-    return {std::sin(v) * std::cos(hz), std::sin(v) * std::sin(hz), std::cos(v)};
-}
 
 // The intersection must lie in the direction of the reading, reduced to face
 // I, within one second. The difference is not folded at the end of the
@@ -31,13 +17,6 @@ bool lies_along_sight(const StationRecord& station, const AngleObservation& sigh
     const SurveyPoint mark = {station.X, station.Y, station.H};
     const double azimuth = azimuth_or(mark, point, 0.0);
     return std::fabs(azimuth - reduced) <= 1.0;
-}
-
-// Distance from the instrument's centre to the point.
-double sight_distance(const StationRecord& station, const SurveyPoint& point)
-{
-    return std::sqrt(square((point.H - station.H) - station.InstrumentHeight) +
-                     square(point.Y - station.Y) + square(point.X - station.X));
 }
 
 } // namespace
@@ -129,15 +108,12 @@ ResultCode LIB_SPlane(const StationRecord* station, const AngleObservation* sigh
         -((-(P1.X * nX + P1.Y * nY + P1.H * nH)) + (station->InstrumentHeight + station->H) * nH +
           nY * station->Y + nX * station->X) /
         denom;
-    const double X = t * s.x + station->X;
-    const double Y = t * s.y + station->Y;
-    const double H = (t * s.z + station->InstrumentHeight) + station->H;
-    const SurveyPoint hit = {X, Y, H};
+    const SurveyPoint hit = point_along_sight(*station, s, t);
     if (!lies_along_sight(*station, *sight, hit)) {
         return BEHIND;
     }
     // Only the northing is tested here.
-    if (!in_range(X)) {
+    if (!in_range(hit.X)) {
         return RANGE;
     }
 
@@ -154,9 +130,9 @@ ResultCode LIB_SPlane(const StationRecord* station, const AngleObservation* sigh
     if ((-HALF_CIRCLE < w && w < 0.0) || w > HALF_CIRCLE) {
         offset = -offset;
     }
-    out->X = X;
-    out->Y = Y;
-    out->H = H;
+    out->X = hit.X;
+    out->Y = hit.Y;
+    out->H = hit.H;
     out->SightDistance = sight_distance(*station, hit);
     out->PlaneAlong = along;
     out->PlaneOffset = offset;

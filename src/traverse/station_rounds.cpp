@@ -234,6 +234,63 @@ void write_target2(StaMultiResult* out, const TargetResult& t)
     out->HeightDiff2 = t.distances.HeightDifference;
 }
 
+// What the rounds build up: the sums of each target, the spreads and the
+// first failed test.
+struct Totals {
+    Sums sums1;
+    Sums sums2;
+    Spreads spreads;
+    std::int32_t flag = 0;
+};
+
+// One round added to the sums, and its tolerance tests run unless they are
+// skipped.
+void take_round(const RoundObservation& round, std::int32_t mode, const StaMultiResult& tol,
+                bool run_tests, bool first_round, Totals* totals)
+{
+    if (mode == ONE_TARGET) {
+        const Pointings t1 = {round.Face1Target1, round.Face2Target1};
+        add_face_means(&totals->sums1, t1);
+        if (run_tests) {
+            test_face_i_spreads(tol, round.Face1Target1, nullptr, first_round, &totals->spreads,
+                                &totals->flag);
+        }
+    } else if (mode == FACE_I_ONLY) {
+        add_face_i(&totals->sums1, round.Face1Target1);
+        add_face_i(&totals->sums2, round.Face1Target2);
+        if (run_tests) {
+            test_face_i_spreads(tol, round.Face1Target1, &round.Face1Target2, first_round,
+                                &totals->spreads, &totals->flag);
+        }
+    } else {
+        const Pointings t1 = {round.Face1Target1, round.Face2Target1};
+        const Pointings t2 = {round.Face1Target2, round.Face2Target2};
+        add_face_means(&totals->sums1, t1);
+        add_face_means(&totals->sums2, t2);
+        if (run_tests) {
+            test_two_targets_both_faces(tol, t1, t2, first_round, &totals->spreads, &totals->flag);
+        }
+    }
+}
+
+// Means over the rounds of one target. Face means are taken absolute; the
+// raw face I means are not.
+struct TargetMeans {
+    double direction;
+    double zenith;
+    double slope;
+};
+
+TargetMeans means_of(const Sums& sums, double k, std::int32_t mode)
+{
+    TargetMeans means = {k * sums.direction, k * sums.zenith, k * sums.slope};
+    if (mode != FACE_I_ONLY) {
+        means.direction = std::fabs(means.direction);
+        means.zenith = std::fabs(means.zenith);
+    }
+    return means;
+}
+
 } // namespace
 
 ResultCode LIB_STAMultCycleCal(const RoundObservation* rounds, std::uint32_t n,
@@ -249,67 +306,29 @@ ResultCode LIB_STAMultCycleCal(const RoundObservation* rounds, std::uint32_t n,
         return OK;
     }
     const bool run_tests = result->SkipChecks == 0;
-
-    Sums sums1;
-    Sums sums2;
-    Spreads spreads;
-    std::int32_t flag = 0;
+    Totals totals;
     for (std::uint32_t i = 0; i < n; ++i) {
-        const RoundObservation& round = rounds[i];
-        const bool first_round = i == 0;
-        if (mode == ONE_TARGET) {
-            const Pointings t1 = {round.Face1Target1, round.Face2Target1};
-            add_face_means(&sums1, t1);
-            if (run_tests) {
-                test_face_i_spreads(*result, round.Face1Target1, nullptr, first_round, &spreads,
-                                    &flag);
-            }
-        } else if (mode == FACE_I_ONLY) {
-            add_face_i(&sums1, round.Face1Target1);
-            add_face_i(&sums2, round.Face1Target2);
-            if (run_tests) {
-                test_face_i_spreads(*result, round.Face1Target1, &round.Face1Target2, first_round,
-                                    &spreads, &flag);
-            }
-        } else {
-            const Pointings t1 = {round.Face1Target1, round.Face2Target1};
-            const Pointings t2 = {round.Face1Target2, round.Face2Target2};
-            add_face_means(&sums1, t1);
-            add_face_means(&sums2, t2);
-            if (run_tests) {
-                test_two_targets_both_faces(*result, t1, t2, first_round, &spreads, &flag);
-            }
-        }
+        take_round(rounds[i], mode, *result, run_tests, i == 0, &totals);
     }
 
     const double k = 1.0 / static_cast<double>(n);
-    double direction1 = k * sums1.direction;
-    double zenith1 = k * sums1.zenith;
-    const double slope1 = k * sums1.slope;
-    double direction2 = k * sums2.direction;
-    double zenith2 = k * sums2.zenith;
-    const double slope2 = k * sums2.slope;
-    // Face means are taken absolute; the raw face I means are not.
-    if (mode != FACE_I_ONLY) {
-        direction1 = std::fabs(direction1);
-        zenith1 = std::fabs(zenith1);
-        direction2 = std::fabs(direction2);
-        zenith2 = std::fabs(zenith2);
-    }
-
-    const TargetResult target1 = reduce_target(*result, direction1, zenith1, slope1);
+    const TargetMeans means1 = means_of(totals.sums1, k, mode);
+    const TargetMeans means2 = means_of(totals.sums2, k, mode);
+    const TargetResult target1 =
+        reduce_target(*result, means1.direction, means1.zenith, means1.slope);
     write_target1(result, target1);
     if (mode != ONE_TARGET) {
-        const double angle12 = angle_between(direction1, direction2);
-        const TargetResult target2 = reduce_target(*result, direction2, zenith2, slope2);
+        const double angle12 = angle_between(means1.direction, means2.direction);
+        const TargetResult target2 =
+            reduce_target(*result, means2.direction, means2.zenith, means2.slope);
         write_target2(result, target2);
         result->Angle12 = angle12;
-        result->MeanHz2Copy = direction2;
+        result->MeanHz2Copy = means2.direction;
     }
-    result->MeanHz1Copy = direction1;
+    result->MeanHz1Copy = means1.direction;
     result->StationPoint.X = result->Station->X;
     result->StationPoint.Y = result->Station->Y;
     result->StationPoint.H = result->Station->H;
-    result->ErrorFlag = flag;
-    return flag == 0 ? OK : DOMAIN;
+    result->ErrorFlag = totals.flag;
+    return totals.flag == 0 ? OK : DOMAIN;
 }
