@@ -76,13 +76,10 @@ constexpr unsigned int ROAD_TABLE_CAPACITY = ROAD_LIST_CAPACITY + 1;
 
 // ---- codes of the interface -------------------------------------------------
 
-// Face status bytes.
-constexpr unsigned char FACE_I = 1;
-constexpr unsigned char FACE_II = 255;
+enum FaceStatus : unsigned char { FACE_I = 1, FACE_II = 255 };
 
 // Modes of LIB_Cal2PointDist.
-constexpr unsigned char PLAN_DISTANCE = 0;
-constexpr unsigned char SPATIAL_DISTANCE = 1;
+enum DistanceMode : unsigned char { PLAN_DISTANCE = 0, SPATIAL_DISTANCE = 1 };
 
 // Status codes.
 constexpr ResultCode OK = QUILLON_OK;

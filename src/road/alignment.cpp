@@ -76,6 +76,13 @@ ResultCode compute_end(const HElement& element, HElement& next)
     return OK;
 }
 
+// Along a straight the azimuth is the element's own.
+ResultCode line_azimuth(const HElement* element, double, double* azimuth)
+{
+    *azimuth = element->Azimuth;
+    return OK;
+}
+
 // Element i evaluated at chainage K inside it; the position is written
 // before the azimuth.
 ResultCode evaluate(const HElement* table, unsigned int i, double K, TangentPoint* out)
@@ -83,14 +90,7 @@ ResultCode evaluate(const HElement* table, unsigned int i, double K, TangentPoin
     const HElement& element = table[i];
     const double l = K - element.Chainage;
     if (element.Type == LINE) {
-        PlanePoint position;
-        const ResultCode status = LIB_CalWay_H_Line_On(&element, l, &position);
-        if (status != OK) {
-            return status;
-        }
-        out->X = position.X;
-        out->Y = position.Y;
-        out->Azimuth = element.Azimuth;
+        return point_then_azimuth(element, l, LIB_CalWay_H_Line_On, line_azimuth, out);
     } else if (element.Type == ARC) {
         return point_then_azimuth(element, l, LIB_CalWay_H_Circle_On, LIB_CalWay_H_Circle_AZ, out);
     } else if (element.Type == TRANSITION && element.Spiral == ENTRY) {

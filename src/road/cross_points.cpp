@@ -124,6 +124,15 @@ ResultCode follow(const HElement& element, AzimuthAt azimuth_at, PointAt point_a
     return advance(walk, element.Length);
 }
 
+// The plan distance from the walk's position to an intersection point, with
+// the status of LIB_Cal2PointDist passed on.
+ResultCode distance_to(const Walk& walk, const CrossPoint& point, double* d)
+{
+    const SurveyPoint Q = plan_point(walk.position.X, walk.position.Y);
+    const SurveyPoint P = plan_point(point);
+    return LIB_Cal2PointDist(&Q, &P, d, PLAN_DISTANCE);
+}
+
 // The end record at the last point, with the azimuth and chainage the walk
 // arrived with.
 ResultCode close_table(Walk& walk, const CrossPoint& end)
@@ -225,13 +234,13 @@ ResultCode curve_end(const CrossPoint& point, const CrossLengths& lengths, doubl
 // first one also fixes the start chainage and the first azimuth.
 ResultCode round_corner(CrossPoint& point, const CrossPoint& next, bool first, Walk& walk)
 {
-    const SurveyPoint Q = plan_point(walk.position.X, walk.position.Y);
-    const SurveyPoint P = plan_point(point);
     double d = 0.0;
-    ResultCode status = LIB_Cal2PointDist(&Q, &P, &d, PLAN_DISTANCE);
+    ResultCode status = distance_to(walk, point, &d);
     if (status != OK) {
         return status;
     }
+    const SurveyPoint Q = plan_point(walk.position.X, walk.position.Y);
+    const SurveyPoint P = plan_point(point);
     if (first) {
         walk.chainage = point.Chainage - d;
         if (!in_range(walk.chainage)) {
@@ -270,10 +279,8 @@ ResultCode round_corner(CrossPoint& point, const CrossPoint& next, bool first, W
 // record at the last point.
 ResultCode finish_at(const CrossPoint& end, Walk& walk)
 {
-    const SurveyPoint Q = plan_point(walk.position.X, walk.position.Y);
-    const SurveyPoint end_point = plan_point(end);
     double d = 0.0;
-    ResultCode status = LIB_Cal2PointDist(&Q, &end_point, &d, PLAN_DISTANCE);
+    ResultCode status = distance_to(walk, end, &d);
     if (status != OK) {
         return status;
     }

@@ -6,8 +6,8 @@ using namespace quillon;
 
 namespace {
 
-constexpr unsigned char SIDE_LEFT = 0;
-constexpr unsigned char SIDE_RIGHT = 1;
+// Sides of the road, seen in the direction of the chainage.
+enum Side : unsigned char { SIDE_LEFT = 0, SIDE_RIGHT = 1 };
 
 // Looks chainage K up in a table whose Left and Right values lie within
 // [low, high], interpolating linearly between records in mode 0.
@@ -42,10 +42,8 @@ ResultCode look_up(const SectionRecord* table, unsigned char count, double K, Se
         out->Right = last.Right;
         return OK;
     }
-    if (n == 1) {
-        return OK;
-    }
-    // Any mode but 0 looks nothing up between the table's chainages.
+    // Any mode but 0 looks nothing up between the table's chainages; a
+    // single record has nothing between.
     for (unsigned int i = 0; i + 1 < n; ++i) {
         const SectionRecord& a = table[i];
         const SectionRecord& b = table[i + 1];

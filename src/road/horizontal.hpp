@@ -9,17 +9,11 @@
 namespace quillon {
 namespace road {
 
-// Element kinds (HElement::Type).
-constexpr unsigned char END_RECORD = 0;
-constexpr unsigned char LINE = 1;
-constexpr unsigned char ARC = 2;
-constexpr unsigned char TRANSITION = 3;
-
-// Turning directions (HElement::Turn) and transition kinds (HElement::Spiral).
-constexpr unsigned char TURN_LEFT = 0;
-constexpr unsigned char TURN_RIGHT = 1;
-constexpr unsigned char ENTRY = 0;
-constexpr unsigned char EXIT = 1;
+// Codes of the element records: kinds (HElement::Type), turning directions
+// (HElement::Turn) and transition kinds (HElement::Spiral).
+enum ElementType : unsigned char { END_RECORD = 0, LINE = 1, ARC = 2, TRANSITION = 3 };
+enum TurnDirection : unsigned char { TURN_LEFT = 0, TURN_RIGHT = 1 };
+enum TransitionKind : unsigned char { ENTRY = 0, EXIT = 1 };
 
 // An azimuth in arc-seconds is delivered when 0 <= s < ROAD_AZIMUTH_LIMIT; a
 // not-a-number fails.

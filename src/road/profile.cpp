@@ -1,15 +1,29 @@
 // The road's profile: vertical tables built from elements or from grade
 // intersections, one element evaluated at a chainage, and the design
 // elevation at any chainage of a table.
-#include "vertical.hpp"
+#include "../core/core.hpp"
 
-#include <cmath>
 #include <cstring>
 
 using namespace quillon;
-using namespace quillon::road;
 
 namespace {
+
+// Codes of the vertical element records: kinds (VElement::Type; at an inner
+// grade intersection Type 0 is a plain change of grade) and which of Radius
+// and Length the designer gave (VElement::Given).
+enum VerticalType : unsigned char { V_END = 0, V_LINE = 1, V_PARABOLA = 2, V_CIRCLE = 3 };
+constexpr VerticalType V_GRADE_CHANGE = V_END;
+enum GivenMeasure : unsigned char { GIVEN_RADIUS = 0, GIVEN_LENGTH = 1 };
+
+// A grade (or a cross slope) lies from -1 to 1 inclusive.
+bool grade_ok(double grade) { return within(grade, -1.0, 1.0); }
+
+// A computed radius or length lies from 0 to the range limit inclusive.
+bool length_ok(double length) { return within(length, 0.0, RANGE_LIMIT); }
+
+// A given radius or length must be strictly positive and at most the limit.
+bool given_ok(double value) { return value > 0.0 && value <= RANGE_LIMIT; }
 
 // Radius from a given length or length from a given radius, for a change of
 // grade (or of grade angle) w; written into the record before it is tested.
@@ -111,21 +125,33 @@ bool table_full(ProfileWalk& walk, unsigned char* table_count)
     return false;
 }
 
+// The next record of the table with its type, chainage and elevation
+// written; none when the table is full (see table_full).
+VElement* begin_record(ProfileWalk& walk, VerticalType type, double chainage, double elevation,
+                       unsigned char* table_count)
+{
+    if (table_full(walk, table_count)) {
+        return nullptr;
+    }
+    VElement& record = walk.table[walk.k];
+    record.Type = type;
+    record.Chainage = chainage;
+    record.Elevation = elevation;
+    return &record;
+}
+
 // Emits a grade line from the current point to the given end chainage.
 ResultCode emit_line(ProfileWalk& walk, double end_chainage, unsigned char* table_count)
 {
-    if (table_full(walk, table_count)) {
+    VElement* line = begin_record(walk, V_LINE, walk.chainage, walk.elevation, table_count);
+    if (line == nullptr) {
         return TABLE;
     }
-    VElement& line = walk.table[walk.k];
-    line.Type = V_LINE;
-    line.Chainage = walk.chainage;
-    line.Elevation = walk.elevation;
-    line.Length = end_chainage - walk.chainage;
-    if (!length_ok(line.Length)) {
+    line->Length = end_chainage - walk.chainage;
+    if (!length_ok(line->Length)) {
         return RANGE;
     }
-    line.GradeIn = walk.grade;
+    line->GradeIn = walk.grade;
     walk.k = walk.k + 1;
     return OK;
 }
@@ -287,14 +313,12 @@ ResultCode end_profile(ProfileWalk& walk, const VElement& last, unsigned char* t
     if (status != OK) {
         return status;
     }
-    if (table_full(walk, table_count)) {
+    VElement* end =
+        begin_record(walk, V_END, last.VertexChainage, last.VertexElevation, table_count);
+    if (end == nullptr) {
         return TABLE;
     }
-    VElement& end = walk.table[walk.k];
-    end.Type = V_END;
-    end.Chainage = last.VertexChainage;
-    end.Elevation = last.VertexElevation;
-    end.GradeIn = walk.grade;
+    end->GradeIn = walk.grade;
     *table_count = static_cast<unsigned char>(walk.k + 1);
     return OK;
 }
@@ -435,9 +459,7 @@ ResultCode LIB_CalWay_V_On(const VElement* table, unsigned char count, double ch
         *elevation = table[n - 1].Elevation;
         return OK;
     }
-    if (n == 1) {
-        return OK;
-    }
+    // Between the records; a single record has nothing between.
     for (unsigned int i = 0; i + 1 < n; ++i) {
         const VElement& start = table[i];
         const VElement& end = table[i + 1];

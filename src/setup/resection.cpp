@@ -178,10 +178,8 @@ Similarity fit_similarity(const DistanceRecord* dists, const AngleObservation* o
                           const SurveyPoint* known, int n, double* u, double* v)
 {
     const double count = n;
-    double Su = 0.0;
-    double Sv = 0.0;
-    double SX = 0.0;
-    double SY = 0.0;
+    double Su = 0.0, Sv = 0.0;
+    double SX = 0.0, SY = 0.0;
     for (int i = 0; i < n; ++i) {
         u[i] = dists[i].HorizontalDistance * std::cos(sec_to_rad(obs[i].Horizontal));
         v[i] = dists[i].HorizontalDistance * std::sin(sec_to_rad(obs[i].Horizontal));
@@ -194,14 +192,9 @@ Similarity fit_similarity(const DistanceRecord* dists, const AngleObservation* o
     const double mX0 = SX * inverse_count;
     const double mY0 = SY * inverse_count;
 
-    double SdX = 0.0;
-    double SdY = 0.0;
-    double Sux = 0.0;
-    double Svx = 0.0;
-    double Svy = 0.0;
-    double Suy = 0.0;
-    double Suu = 0.0;
-    double Svv = 0.0;
+    double SdX = 0.0, SdY = 0.0;
+    double Sux = 0.0, Svx = 0.0, Svy = 0.0, Suy = 0.0;
+    double Suu = 0.0, Svv = 0.0;
     for (int i = 0; i < n; ++i) {
         const double dX = known[i].X - mX0;
         const double dY = known[i].Y - mY0;

@@ -6,10 +6,13 @@ using namespace quillon;
 
 namespace {
 
-constexpr unsigned char STEP_CLOSURE = 0;
-constexpr unsigned char STEP_ANGLES = 1;
-constexpr unsigned char STEP_PLAN = 2;
-constexpr unsigned char STEP_HEIGHT = 3;
+// The steps of a closure, one per call, in the order a program runs them.
+enum ClosureStep : unsigned char {
+    STEP_CLOSURE = 0,
+    STEP_ANGLES = 1,
+    STEP_PLAN = 2,
+    STEP_HEIGHT = 3
+};
 
 // Plan and height closure: the increments are recomputed from each leg's
 // length and forward direction; the stored DeltaX and DeltaY are not used.

@@ -6,18 +6,19 @@ using namespace quillon;
 
 namespace {
 
-// Observation programmes; 2 and 3 (two targets, both faces) are alike.
-constexpr std::int32_t ONE_TARGET = 0;
-constexpr std::int32_t FACE_I_ONLY = 1;
-constexpr std::int32_t LAST_MODE = 3;
+// Observation programmes (ObsMode); 2 and 3 (two targets, both faces) are
+// alike.
+enum ObservationMode : std::int32_t { ONE_TARGET = 0, FACE_I_ONLY = 1, LAST_MODE = 3 };
 
-// Tolerance flags, in the order the tests run.
-constexpr std::int32_t FLAG_INDEX_DIFF = 1;
-constexpr std::int32_t FLAG_ZENITH_RANGE = 2;
-constexpr std::int32_t FLAG_FACE_ANGLE_DIFF = 3;
-constexpr std::int32_t FLAG_2C_DIFF = 4;
-constexpr std::int32_t FLAG_DIRECTION_RANGE = 5;
-constexpr std::int32_t FLAG_NO_ROUNDS = 6;
+// Tolerance flags (ErrorFlag), in the order the tests run.
+enum ToleranceFlag : std::int32_t {
+    FLAG_INDEX_DIFF = 1,
+    FLAG_ZENITH_RANGE = 2,
+    FLAG_FACE_ANGLE_DIFF = 3,
+    FLAG_2C_DIFF = 4,
+    FLAG_DIRECTION_RANGE = 5,
+    FLAG_NO_ROUNDS = 6
+};
 
 // Face I and face II pointings of one target in one round.
 struct Pointings {
@@ -129,6 +130,21 @@ struct Spreads {
     Spread direction2;
 };
 
+// The spreads over the rounds of one quantity of target 1 and, where there
+// is one, target 2: true when either exceeds the tolerance. Both spreads are
+// carried on, whatever the first gives.
+bool spread_exceeds(Spread* spread1, double value1, Spread* spread2, const double* value2,
+                    bool first_round, double tolerance)
+{
+    const double range1 = spread1->after(value1, first_round);
+    bool failed = exceeds(range1, tolerance);
+    if (value2 != nullptr) {
+        const double range2 = spread2->after(*value2, first_round);
+        failed = failed || exceeds(range2, tolerance);
+    }
+    return failed;
+}
+
 // Both faces to two targets: the five tests in their order. Spreads are of
 // face means here, not of raw readings.
 void test_two_targets_both_faces(const StaMultiResult& tol, const Pointings& t1,
@@ -138,11 +154,10 @@ void test_two_targets_both_faces(const StaMultiResult& tol, const Pointings& t1,
     const double index_difference = index_error(t1) - index_error(t2);
     record_failure(flag, exceeds(index_difference, tol.TolIndexDiff), FLAG_INDEX_DIFF);
 
-    const double zenith_range1 = spreads->zenith1.after(face_mean_zenith(t1), first_round);
-    const double zenith_range2 = spreads->zenith2.after(face_mean_zenith(t2), first_round);
+    const double zenith2 = face_mean_zenith(t2);
     record_failure(flag,
-                   exceeds(zenith_range1, tol.TolZenithRange) ||
-                       exceeds(zenith_range2, tol.TolZenithRange),
+                   spread_exceeds(&spreads->zenith1, face_mean_zenith(t1), &spreads->zenith2,
+                                  &zenith2, first_round, tol.TolZenithRange),
                    FLAG_ZENITH_RANGE);
 
     const double angle_face1 = angle_between(t1.face1.Hz, t2.face1.Hz);
@@ -153,13 +168,11 @@ void test_two_targets_both_faces(const StaMultiResult& tol, const Pointings& t1,
     const double collimation_difference = double_collimation(t1) - double_collimation(t2);
     record_failure(flag, exceeds(collimation_difference, tol.Tol2CDiff), FLAG_2C_DIFF);
 
-    const double direction_range1 =
-        spreads->direction1.after(unwrapped_mean_direction(t1), first_round);
-    const double direction_range2 =
-        spreads->direction2.after(unwrapped_mean_direction(t2), first_round);
+    const double direction2 = unwrapped_mean_direction(t2);
     record_failure(flag,
-                   exceeds(direction_range1, tol.TolDirectionRange) ||
-                       exceeds(direction_range2, tol.TolDirectionRange),
+                   spread_exceeds(&spreads->direction1, unwrapped_mean_direction(t1),
+                                  &spreads->direction2, &direction2, first_round,
+                                  tol.TolDirectionRange),
                    FLAG_DIRECTION_RANGE);
 }
 
@@ -169,21 +182,16 @@ void test_face_i_spreads(const StaMultiResult& tol, const TargetReading& target1
                          const TargetReading* target2, bool first_round, Spreads* spreads,
                          std::int32_t* flag)
 {
-    const double zenith_range1 = spreads->zenith1.after(target1.V, first_round);
-    bool zenith_failed = exceeds(zenith_range1, tol.TolZenithRange);
-    if (target2 != nullptr) {
-        const double zenith_range2 = spreads->zenith2.after(target2->V, first_round);
-        zenith_failed = zenith_failed || exceeds(zenith_range2, tol.TolZenithRange);
-    }
-    record_failure(flag, zenith_failed, FLAG_ZENITH_RANGE);
-
-    const double direction_range1 = spreads->direction1.after(target1.Hz, first_round);
-    bool direction_failed = exceeds(direction_range1, tol.TolDirectionRange);
-    if (target2 != nullptr) {
-        const double direction_range2 = spreads->direction2.after(target2->Hz, first_round);
-        direction_failed = direction_failed || exceeds(direction_range2, tol.TolDirectionRange);
-    }
-    record_failure(flag, direction_failed, FLAG_DIRECTION_RANGE);
+    record_failure(flag,
+                   spread_exceeds(&spreads->zenith1, target1.V, &spreads->zenith2,
+                                  target2 != nullptr ? &target2->V : nullptr, first_round,
+                                  tol.TolZenithRange),
+                   FLAG_ZENITH_RANGE);
+    record_failure(flag,
+                   spread_exceeds(&spreads->direction1, target1.Hz, &spreads->direction2,
+                                  target2 != nullptr ? &target2->Hz : nullptr, first_round,
+                                  tol.TolDirectionRange),
+                   FLAG_DIRECTION_RANGE);
 }
 
 struct TargetResult {
@@ -212,26 +220,35 @@ TargetResult reduce_target(const StaMultiResult& record, double direction, doubl
     return target;
 }
 
-void write_target1(StaMultiResult* out, const TargetResult& t)
-{
-    out->MeanHz1 = t.direction;
-    out->MeanV1 = t.zenith;
-    out->MeanSlope1 = t.slope;
-    out->HorizDist1 = t.distances.HorizontalDistance;
-    out->VertDiff1 = t.distances.VerticalDifference;
-    out->Point1 = t.point;
-    out->HeightDiff1 = t.distances.HeightDifference;
-}
+// Where one target's results go in the station record.
+struct TargetFields {
+    double StaMultiResult::*direction;
+    double StaMultiResult::*zenith;
+    double StaMultiResult::*slope;
+    double StaMultiResult::*horizontal_distance;
+    double StaMultiResult::*vertical_difference;
+    SurveyPoint StaMultiResult::*point;
+    double StaMultiResult::*height_difference;
+};
 
-void write_target2(StaMultiResult* out, const TargetResult& t)
+constexpr TargetFields TARGET1 = {&StaMultiResult::MeanHz1,    &StaMultiResult::MeanV1,
+                                  &StaMultiResult::MeanSlope1, &StaMultiResult::HorizDist1,
+                                  &StaMultiResult::VertDiff1,  &StaMultiResult::Point1,
+                                  &StaMultiResult::HeightDiff1};
+constexpr TargetFields TARGET2 = {&StaMultiResult::MeanHz2,    &StaMultiResult::MeanV2,
+                                  &StaMultiResult::MeanSlope2, &StaMultiResult::HorizDist2,
+                                  &StaMultiResult::VertDiff2,  &StaMultiResult::Point2,
+                                  &StaMultiResult::HeightDiff2};
+
+void write_target(StaMultiResult* out, const TargetFields& fields, const TargetResult& t)
 {
-    out->MeanHz2 = t.direction;
-    out->MeanV2 = t.zenith;
-    out->MeanSlope2 = t.slope;
-    out->HorizDist2 = t.distances.HorizontalDistance;
-    out->VertDiff2 = t.distances.VerticalDifference;
-    out->Point2 = t.point;
-    out->HeightDiff2 = t.distances.HeightDifference;
+    out->*fields.direction = t.direction;
+    out->*fields.zenith = t.zenith;
+    out->*fields.slope = t.slope;
+    out->*fields.horizontal_distance = t.distances.HorizontalDistance;
+    out->*fields.vertical_difference = t.distances.VerticalDifference;
+    out->*fields.point = t.point;
+    out->*fields.height_difference = t.distances.HeightDifference;
 }
 
 // What the rounds build up: the sums of each target, the spreads and the
@@ -316,12 +333,12 @@ ResultCode LIB_STAMultCycleCal(const RoundObservation* rounds, std::uint32_t n,
     const TargetMeans means2 = means_of(totals.sums2, k, mode);
     const TargetResult target1 =
         reduce_target(*result, means1.direction, means1.zenith, means1.slope);
-    write_target1(result, target1);
+    write_target(result, TARGET1, target1);
     if (mode != ONE_TARGET) {
         const double angle12 = angle_between(means1.direction, means2.direction);
         const TargetResult target2 =
             reduce_target(*result, means2.direction, means2.zenith, means2.slope);
-        write_target2(result, target2);
+        write_target(result, TARGET2, target2);
         result->Angle12 = angle12;
         result->MeanHz2Copy = means2.direction;
     }

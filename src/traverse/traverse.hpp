@@ -12,16 +12,18 @@
 namespace quillon {
 
 // Forms of a traverse closed leg by leg: the mode byte of LIB_TRSCalCoorErr
-// and LIB_TRSAdjust. The multi-round traverse codes its forms otherwise.
-constexpr unsigned char LEGS_CONNECTING = 0; // from one known point to another
-constexpr unsigned char LEGS_CLOSED_LOOP = 1;
+// and LIB_TRSAdjust (connecting: from one known point to another). The
+// multi-round traverse codes its forms otherwise.
+enum LegsForm : unsigned char { LEGS_CONNECTING = 0, LEGS_CLOSED_LOOP = 1 };
 
 // Forms of a traverse observed in rounds: TraverseControl::TraverseType.
-constexpr std::int32_t ROUNDS_LOOP = 0;           // back to A, orientation on B re-observed
-constexpr std::int32_t ROUNDS_POLYGON = 1;        // closed polygon, closing on B
-constexpr std::int32_t ROUNDS_CONNECTING = 2;     // A to E, oriented at both ends
-constexpr std::int32_t ROUNDS_START_ORIENTED = 3; // A to E, oriented at the start only
-constexpr std::int32_t ROUNDS_OPEN = 4;           // no closure
+enum RoundsForm : std::int32_t {
+    ROUNDS_LOOP = 0,           // back to A, orientation on B re-observed
+    ROUNDS_POLYGON = 1,        // closed polygon, closing on B
+    ROUNDS_CONNECTING = 2,     // A to E, oriented at both ends
+    ROUNDS_START_ORIENTED = 3, // A to E, oriented at the start only
+    ROUNDS_OPEN = 4            // no closure
+};
 
 // One entry of the work array: a station's observed angle and index, and
 // its corrected angle (24 bytes, one entry per station).

@@ -10,16 +10,17 @@ using namespace quillon;
 
 namespace {
 
-constexpr std::int32_t BY_LENGTH = 0;
-constexpr std::int32_t BY_INCREMENT = 1;
+// Rules of distribution: DistributionRule for the plan, HeightRule for the
+// heights.
+enum PlanRule : std::int32_t { BY_LENGTH = 0, BY_INCREMENT = 1 };
+enum HeightRule : std::int32_t { HEIGHT_SHARED = 0, HEIGHT_ZEROED = 1 };
 
-constexpr std::int32_t HEIGHT_SHARED = 0;
-constexpr std::int32_t HEIGHT_ZEROED = 1;
-
-// Bits of the written result doubles.
-constexpr std::int32_t MASK_ANGLE_CLOSED = 1023;
-constexpr std::int32_t MASK_START_ORIENTED = 999;
-constexpr std::int32_t MASK_OPEN = 3;
+// ValidMask: the bits of the written result doubles, by traverse form.
+enum ResultMask : std::int32_t {
+    MASK_OPEN = 3,
+    MASK_START_ORIENTED = 999,
+    MASK_ANGLE_CLOSED = 1023
+};
 
 // The known end of the traverse and the two known azimuths. A loop closes on
 // its start, a polygon on B. A failing azimuth (coincident points) leaves 0.
@@ -122,13 +123,12 @@ void carry_azimuths(TraverseStation* stations, std::uint32_t n, double start_azi
     }
 }
 
+// Sums over the legs: of the increments, of the lengths and of the absolute
+// increments.
 struct LegSums {
-    double dx = 0.0;
-    double dy = 0.0;
-    double dh = 0.0;
+    double dx = 0.0, dy = 0.0, dh = 0.0;
     double dist = 0.0;
-    double abs_dx = 0.0;
-    double abs_dy = 0.0;
+    double abs_dx = 0.0, abs_dy = 0.0;
 };
 
 // Coordinate increments of the n - 1 legs, and their sums.
@@ -154,9 +154,7 @@ LegSums form_increments(TraverseStation* stations, std::uint32_t legs)
 // Closure on the known end: misclosures in X, Y and H, the linear misclosure
 // and its ratio to the length.
 struct Misclosure {
-    double fx = 0.0;
-    double fy = 0.0;
-    double fh = 0.0;
+    double fx = 0.0, fy = 0.0, fh = 0.0;
     double fs = 0.0;
     double relative = 0.0;
 };
