@@ -59,6 +59,15 @@ constexpr double EARTH_RADIUS = QUILLON_EARTH_RADIUS;
 // full turn in radians may leave it above one.
 constexpr double ROAD_AZIMUTH_LIMIT = 2.0 * FULL_CIRCLE;
 
+// The band of a plausible scale factor. The distance reduction applies a
+// factor strictly inside it; the combined scale passes on its edges too.
+constexpr double SCALE_BAND_LOW = 0.99;
+constexpr double SCALE_BAND_HIGH = 1.01;
+
+// A point computed from a sighting lies in the sighted direction when its
+// azimuth is within one arc-second of the reading reduced to face I.
+constexpr double SIGHT_DIRECTION_TOLERANCE = 1.0;
+
 // Two chainages closer than a millimetre are the same station.
 constexpr double CHAINAGE_TOLERANCE = 0.001;
 

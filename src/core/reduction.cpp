@@ -44,7 +44,7 @@ DistanceRecord reduced_distances(const StationRecord& station, double scale, dou
     const RefractionCoefficients c = refraction_for(station.refractionMode);
     double horizontal_distance = h - (c.horizontal * h) * v;
     // Both bounds strict: 0.99 and 1.01 themselves leave the distance unscaled.
-    if (0.99 < scale && scale < 1.01) {
+    if (SCALE_BAND_LOW < scale && scale < SCALE_BAND_HIGH) {
         horizontal_distance = horizontal_distance * scale;
     }
     const double vertical_difference = (c.vertical * h) * h + v;
@@ -68,7 +68,7 @@ ResultCode LIB_CalScale(double height, double grid_scale, double* combined)
 {
     *combined = (EARTH_RADIUS / (height + EARTH_RADIUS)) * grid_scale;
     // Inclusive band, unlike the strict one of the distance reduction.
-    if (*combined > 1.01 || *combined < 0.99) {
+    if (*combined > SCALE_BAND_HIGH || *combined < SCALE_BAND_LOW) {
         return RANGE;
     }
     return OK;

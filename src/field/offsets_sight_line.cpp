@@ -112,7 +112,7 @@ ResultCode LIB_OS_Ha(const StationRecord* station, const SurveyPoint* line, doub
     const double reading = face_i_reading(*station, horizontal_angle);
     // The tangent is the same both ways along the sight; only the azimuth
     // tells the crossing ahead from the one behind.
-    if (std::fabs(azP - reading) > 1.0) {
+    if (std::fabs(azP - reading) > SIGHT_DIRECTION_TOLERANCE) {
         return BEHIND;
     }
     if (!in_range(point)) {

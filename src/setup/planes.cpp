@@ -16,7 +16,7 @@ bool lies_along_sight(const StationRecord& station, const AngleObservation& sigh
     const double reduced = face_i_reading(station, sight.Horizontal);
     const SurveyPoint mark = {station.X, station.Y, station.H};
     const double azimuth = azimuth_or(mark, point, 0.0);
-    return std::fabs(azimuth - reduced) <= 1.0;
+    return std::fabs(azimuth - reduced) <= SIGHT_DIRECTION_TOLERANCE;
 }
 
 } // namespace
