@@ -1,6 +1,7 @@
 // Every number the library gives a name, each defined here once: units of
-// angle and the pi they rest on, the range limit, the earth radius, the count
-// limits of the interface and the status codes. Never exported.
+// angle and the pi they rest on, the range limit, the earth radius, limits and
+// tolerances shared by families, the count limits of the interface and its
+// codes. A family's own record codes stay with the family. Never exported.
 #ifndef QUILLON_CORE_CONSTANTS_HPP
 #define QUILLON_CORE_CONSTANTS_HPP
 
