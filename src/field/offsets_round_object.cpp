@@ -42,7 +42,8 @@ ResultCode LIB_OS_Round(const StationRecord* station, const DistanceRecord* meas
                      station->TargetHeight;
     // A sighting on the bisector or coincident edges leave D not finite; the
     // range test refuses it like any other stray value.
-    if (!in_range(SurveyPoint{X, Y, H})) {
+    const SurveyPoint centre = {X, Y, H};
+    if (!in_range(centre)) {
         return RANGE;
     }
 

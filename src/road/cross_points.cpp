@@ -24,7 +24,7 @@ bool in_length_range(double length) { return 0.0 <= length && length <= RANGE_LI
 
 bool in_positive_range(double length) { return length > 0.0 && length <= RANGE_LIMIT; }
 
-unsigned char turn_of(double turn_angle)
+TurnDirection turn_of(double turn_angle)
 {
     // A zero turn never gets here: its lengths divide by zero and fail.
     return turn_angle > 0.0 ? TURN_RIGHT : TURN_LEFT;
@@ -78,7 +78,7 @@ ResultCode stop_full(Walk& walk)
 // Writes the start fields of a new element at the walk's position; the other
 // fields of the record stay as the caller's buffer had them unless the
 // element sets them. No element when the table is full (see stop_full).
-HElement* emit(Walk& walk, unsigned char type, double length)
+HElement* emit(Walk& walk, ElementType type, double length)
 {
     if (walk.k >= ROAD_TABLE_CAPACITY) {
         stop_full(walk);
@@ -95,8 +95,7 @@ HElement* emit(Walk& walk, unsigned char type, double length)
     return &element;
 }
 
-HElement* emit_curve(Walk& walk, unsigned char type, double length, double radius,
-                     unsigned char turn)
+HElement* emit_curve(Walk& walk, ElementType type, double length, double radius, TurnDirection turn)
 {
     HElement* element = emit(walk, type, length);
     if (element != nullptr) {
@@ -177,7 +176,7 @@ ResultCode straight_to_curve(const CrossPoint& point, double d, const CrossLengt
 // exit transition, which is recorded by its start only.
 ResultCode run_curve(const CrossPoint& point, const CrossLengths& lengths, Walk& walk)
 {
-    const unsigned char turn = turn_of(point.TurnAngle);
+    const TurnDirection turn = turn_of(point.TurnAngle);
     ResultCode status = OK;
     if (point.EntryLength >= CHAINAGE_TOLERANCE) {
         HElement* entry = emit_curve(walk, TRANSITION, point.EntryLength, point.Radius, turn);
