@@ -2,29 +2,30 @@
  * quillon_client - loads the module the way the instrument's programs do and
  * checks it against reference vectors.
  *
- *   quillon_client [--module PATH] [--write FILE | --check FILE]
- *                  [--max-ulps N] [--show N] [--require-all]
+ *   quillon_client [--module PATH] [--require-all]
+ *                  [--write FILE | --check FILE [--allow FILE] [--measure FILE] [--show N]]
  *
  * Always: load the module (LoadLibrary / dlopen), look up every exported
  * name, check the placeholders (fnTalvor returns 42, nTalvor reads 0, the
  * CTalvor constructor and assignment), and finally unload it and make sure
  * it is gone.
  *
- * --write FILE   run every case of every family and write the reference:
- *                one line per case with the function, the case number, the
- *                status code and the input and output blocks in hex.
- * --check FILE   run the cases of a reference on this platform: the status
- *                and every exact field must agree, and a double or float
- *                must have the same bits; a difference of a double is
- *                listed with its size in units in the last place (ulp),
- *                the first N of each function in detail (--show N, 5).
- *                With --max-ulps N a difference of more than N ulp fails.
- * --require-all  fail when an exported function has no vectors.
+ * --write FILE    run every case of every function of the table and write
+ *                 the reference: one line per case with the function, the
+ *                 case number, the status code and the input and output
+ *                 blocks in hex.
+ * --check FILE    run the cases of a reference on this platform and compare
+ *                 (check.c): status and exact fields always; doubles and
+ *                 floats in the survey range within what --allow FILE gives
+ *                 this platform (nothing without it), outside it reported;
+ *                 the first N differences of each function in detail
+ *                 (--show N, 5).
+ * --measure FILE  write the differences found in the survey range, in the
+ *                 format of --allow.
+ * --require-all   fail when an exported function has no line in the table.
  *
  * Exit status 0 when every check passed.
  */
-#include <inttypes.h>
-#include <math.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -215,17 +216,22 @@ qv_field* output_fields(const qv_function* fn, size_t* count)
  * looked-up function. A case that would let the function reach beyond the
  * buffers the harness provides is a fault of its generator. */
 int run_case(const qv_function* fn, int index, const unsigned char* in, unsigned char* out,
-             unsigned char* scratch)
+             unsigned char* scratch, size_t* extents)
 {
     void* args[QV_MAX_ARGS];
-    size_t needed = 0;
-    int overrun;
+    size_t elements[QV_MAX_ARGS];
+    size_t i;
     qv_bind(fn, in, out, scratch, args);
-    overrun = qv_overrun(fn, args, &needed);
-    if (overrun >= 0) {
-        printf("FAIL %s case %d: %s needs %u elements, the harness provides %u\n", fn->name, index,
-               fn->args[overrun].name, (unsigned)needed, (unsigned)fn->args[overrun].capacity);
-        exit(1);
+    qv_extents(fn, args, elements);
+    for (i = 0; i < fn->arg_count; ++i) {
+        if (elements[i] > fn->args[i].capacity) {
+            printf("FAIL %s case %d: %s needs %u elements, the harness provides %u\n", fn->name,
+                   index, fn->args[i].name, (unsigned)elements[i], (unsigned)fn->args[i].capacity);
+            exit(1);
+        }
+    }
+    if (extents != NULL) {
+        memcpy(extents, elements, sizeof elements);
     }
     return qv_call(fn, qv_symbol(fn->name), in, args, out);
 }
@@ -292,7 +298,7 @@ static int write_reference(const char* path)
         for (c = 0; c < fn->cases; ++c) {
             int status;
             qv_generate(fn, c, in);
-            status = run_case(fn, c, in, out, scratch);
+            status = run_case(fn, c, in, out, scratch, NULL);
             fprintf(f, "%s %d %d ", fn->name, c, status);
             write_hex(f, in, fn->in_size);
             fputc(' ', f);
@@ -323,7 +329,7 @@ int main(int argc, char** argv)
     int require_all = 0;
     int i;
 
-    options.max_ulps = 0;
+    memset(&options, 0, sizeof options);
     options.show = 5;
 
     for (i = 1; i < argc; ++i) {
@@ -333,16 +339,18 @@ int main(int argc, char** argv)
             write_path = argv[++i];
         } else if (strcmp(argv[i], "--check") == 0 && i + 1 < argc) {
             check_path = argv[++i];
-        } else if (strcmp(argv[i], "--max-ulps") == 0 && i + 1 < argc) {
-            options.max_ulps = strtoull(argv[++i], NULL, 10);
+        } else if (strcmp(argv[i], "--allow") == 0 && i + 1 < argc) {
+            options.allow_path = argv[++i];
+        } else if (strcmp(argv[i], "--measure") == 0 && i + 1 < argc) {
+            options.measure_path = argv[++i];
         } else if (strcmp(argv[i], "--show") == 0 && i + 1 < argc) {
             options.show = atoi(argv[++i]);
         } else if (strcmp(argv[i], "--require-all") == 0) {
             require_all = 1;
         } else {
             fprintf(stderr,
-                    "usage: %s [--module PATH] [--write FILE | --check FILE] [--max-ulps N] "
-                    "[--show N] [--require-all]\n",
+                    "usage: %s [--module PATH] [--write FILE | --check FILE [--allow FILE] "
+                    "[--measure FILE] [--show N]] [--require-all]\n",
                     argv[0]);
             return 2;
         }

@@ -129,9 +129,11 @@ class Header:
 # ---- layouts -----------------------------------------------------------------
 
 
-def layout_items(header, type_name, exact=()):
+def layout_items(header, type_name, exact=(), unread=()):
     """The layout of one value of a type, as a list of 'name:type' items
-    (empty names for a scalar); for a record the fields and the padding."""
+    (empty names for a scalar); for a record the fields and the padding.
+    Fields in `exact` hold whole values; fields in `unread` are given as
+    padding (the function never reads them)."""
     if type_name in SCALARS:
         letter = SCALARS[type_name][2]
         return [f":{letter}"]
@@ -143,8 +145,12 @@ def layout_items(header, type_name, exact=()):
     for member, offset in zip(members, record.offsets):
         if offset > at:
             items.append(f"pad:x{offset - at}")
-        items.append(item(header, member.name, member.type, member.count, member.name in exact))
-        at = offset + header.size_align(member.type)[0] * member.count
+        size = header.size_align(member.type)[0] * member.count
+        if member.name in unread:
+            items.append(f"{member.name}:x{size}")
+        else:
+            items.append(item(header, member.name, member.type, member.count, member.name in exact))
+        at = offset + size
     if end > at:
         items.append(f"pad:x{end - at}")
     return items
@@ -191,6 +197,7 @@ class Arg:
     capacity: int  # elements the harness provides; 0 for a single value
     flags: set
     exact: tuple
+    unread: tuple
     reads: str  # C expression, or '' for the whole array
     line: int
 
@@ -272,19 +279,22 @@ def read_arg(line, number, where):
     type_words = []
     flags = set()
     exact = ()
+    unread = ()
     for word in words[2:]:
         if word in ARG_FLAGS:
             flags.add(word)
         elif word.startswith("exact="):
             exact = tuple(word[len("exact=") :].split(","))
-        elif flags or exact:
+        elif word.startswith("unread="):
+            unread = tuple(word[len("unread=") :].split(","))
+        elif flags or exact or unread:
             raise TableError(f"{where}: '{word}' after the settings")
         else:
             type_words.append(word)
     type_text = " ".join(type_words)
     m = re.fullmatch(r"(.+?)\s*(?:\[(\d+)\])?", type_text)
     capacity = int(m.group(2)) if m.group(2) else 0
-    return Arg(name, role, m.group(1), capacity, flags, exact, reads, number)
+    return Arg(name, role, m.group(1), capacity, flags, exact, unread, reads, number)
 
 
 # ---- checks against the header ---------------------------------------------------
@@ -351,16 +361,18 @@ class Slot:
     offset: int = 0
 
 
-def value_slot(header, name, type_name, count, exact=()):
+def value_slot(header, name, type_name, count, exact=(), unread=()):
     size, align = header.size_align(type_name)
     decl = f"{type_name} {name}" + (f"[{count}]" if count else "")
-    if type_name in header.records and exact:
-        unknown = set(exact) - {m.name for m in header.records[type_name].members}
+    if type_name in header.records and (exact or unread):
+        unknown = set(exact + unread) - {m.name for m in header.records[type_name].members}
         if unknown:
             raise TableError(f"{name}: {type_name} has no field {', '.join(sorted(unknown))}")
-        layout = f"{name}:({' '.join(layout_items(header, type_name, exact))})"
+        layout = f"{name}:({' '.join(layout_items(header, type_name, exact, unread))})"
         if count:
             layout += str(count)
+    elif unread:
+        raise TableError(f"{name}: only fields of a record can be unread")
     else:
         layout = item(header, name, type_name, max(count, 1), bool(exact))
     return Slot(name, decl, size * max(count, 1), align, layout)
@@ -420,7 +432,7 @@ def input_block(fn, header):
     for arg in fn.args:
         if arg.role == "out" or "prepared" in arg.flags:
             continue
-        slot = value_slot(header, arg.name, arg.type, arg.capacity)
+        slot = value_slot(header, arg.name, arg.type, arg.capacity, unread=arg.unread)
         (narrow if arg.role in BY_VALUE and slot.size < 8 else wide).append(slot)
     flags = [value_slot(header, f"with_{arg.name}", "unsigned char", 0) for arg in fn.args if "null" in arg.flags]
     extras = [extra_slot(header, extra) for extra in fn.extras]

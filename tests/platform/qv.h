@@ -195,9 +195,11 @@ void qv_generate(const qv_function* fn, int index, unsigned char* in);
 void qv_bind(const qv_function* fn, const unsigned char* in, unsigned char* out,
              unsigned char* scratch, void** args);
 
-/** The first array argument the case would let the function reach beyond
- *  the elements the harness provides, or -1; *needed its extent. */
-int qv_overrun(const qv_function* fn, void* const* args, size_t* needed);
+/** The elements of every argument the interface obliges the caller to
+ *  provide for the bound arguments: 1 for a single value, 0 for a null
+ *  pointer. A case whose extent exceeds an argument's capacity would let the
+ *  function reach beyond the harness's buffers. */
+void qv_extents(const qv_function* fn, void* const* args, size_t* elements);
 
 /** Calls the function at `address` on bound arguments and completes the
  *  output block; returns its status. */

@@ -91,19 +91,15 @@ void qv_bind(const qv_function* fn, const unsigned char* in, unsigned char* out,
     }
 }
 
-int qv_overrun(const qv_function* fn, void* const* args, size_t* needed)
+void qv_extents(const qv_function* fn, void* const* args, size_t* elements)
 {
-    size_t elements[QV_MAX_ARGS];
     size_t i;
     fn->extents(args, elements);
     for (i = 0; i < fn->arg_count; ++i) {
-        const qv_arg* a = &fn->args[i];
-        if (a->role >= QV_IN && args[i] != NULL && elements[i] > a->capacity) {
-            *needed = elements[i];
-            return (int)i;
+        if (args[i] == NULL) {
+            elements[i] = 0;
         }
     }
-    return -1;
 }
 
 /* A table of records of doubles, written field by field: field k of record
