@@ -26,11 +26,24 @@ namespace {
 
 // The known points as the station sees them, in the order their directions
 // are used, with the angles and sides of the triangles between neighbours.
+// The points stay in the caller's array; an entry holds where its point is.
+// Kept small: the function runs on the instrument's own threads. The
+// triangles are measured into their arrays before any is solved: measured
+// as the solution reaches them they give the same numbers, but where a
+// not-a-number from the input meets one from a degenerate triangle, the
+// other one is then carried on, and the sign bit delivered changes.
 struct Fan {
     int n;
-    SurveyPoint point[RESECTION_MAX_POINTS];
-    double direction[RESECTION_MAX_POINTS];
-    // Where each entry came from in the caller's arrays.
+    const SurveyPoint* known;
+    unsigned char point[RESECTION_MAX_POINTS];
+    // The directions; once the triangles are measured they are not needed
+    // any more, and their room takes the distances found.
+    union {
+        double direction[RESECTION_MAX_POINTS];
+        double distance[RESECTION_MAX_POINTS];
+    };
+    // Where each entry's result goes back in the caller's order (see
+    // sort_by_direction).
     unsigned char order[RESECTION_MAX_POINTS];
     // Angle at the station between neighbours, and the side joining them.
     double angle[RESECTION_MAX_POINTS];
@@ -39,22 +52,22 @@ struct Fan {
     double middle_angle[RESECTION_MAX_POINTS];
 };
 
-// The points copied with their directions and put in order of direction by
-// an exchange sort (equal directions keep their order). Only the first five
-// entries carry their own index; a sixth and later point is tagged 0, which
-// decides where its result is written back.
-void sort_by_direction(const AngleObservation* obs, const SurveyPoint* known, Fan& fan)
+// The points with their directions put in order of direction by an
+// exchange sort (equal directions keep their order). Only the first five
+// entries carry their own index as their tag; a sixth and later point is
+// tagged 0, which decides where its result is written back.
+void sort_by_direction(const AngleObservation* obs, Fan& fan)
 {
     const int n = fan.n;
     for (int i = 0; i < n; ++i) {
-        fan.point[i] = known[i];
+        fan.point[i] = static_cast<unsigned char>(i);
         fan.direction[i] = obs[i].Horizontal;
         fan.order[i] = static_cast<unsigned char>(i < 5 ? i : 0);
     }
     for (int i = 0; i < n - 1; ++i) {
         for (int j = i + 1; j < n; ++j) {
             if (fan.direction[i] > fan.direction[j]) {
-                const SurveyPoint p = fan.point[i];
+                const unsigned char p = fan.point[i];
                 fan.point[i] = fan.point[j];
                 fan.point[j] = p;
                 const double d = fan.direction[i];
@@ -79,8 +92,9 @@ double angle_to_next(double* direction, int i)
 }
 
 // A gap of more than a half circle between two neighbouring sightings: the
-// sequence is restarted just after it, from the caller's arrays.
-void restart_after_gap(const AngleObservation* obs, const SurveyPoint* known, Fan& fan)
+// sequence is restarted just after it, from the caller's arrays, each point
+// the one its tag names.
+void restart_after_gap(const AngleObservation* obs, Fan& fan)
 {
     const int n = fan.n;
     int gap = -1;
@@ -99,7 +113,7 @@ void restart_after_gap(const AngleObservation* obs, const SurveyPoint* known, Fa
     }
     for (int k = 0; k < n; ++k) {
         fan.order[k] = sorted[(gap + 1 + k) % n];
-        fan.point[k] = known[fan.order[k]];
+        fan.point[k] = fan.order[k];
         fan.direction[k] = obs[fan.order[k]].Horizontal;
     }
 }
@@ -109,20 +123,21 @@ void measure_triangles(Fan& fan)
     const int n = fan.n;
     for (int i = 0; i < n - 1; ++i) {
         fan.angle[i] = angle_to_next(fan.direction, i);
-        const SurveyPoint& a = fan.point[i];
-        const SurveyPoint& b = fan.point[i + 1];
+        const SurveyPoint& a = fan.known[fan.point[i]];
+        const SurveyPoint& b = fan.known[fan.point[i + 1]];
         fan.side[i] = std::sqrt(square(a.X - b.X) + square(a.Y - b.Y));
     }
     for (int i = 0; i < n - 2; ++i) {
-        const double az_back = azimuth_or(fan.point[i + 1], fan.point[i], 0.0);
-        const double az_ahead = azimuth_or(fan.point[i + 1], fan.point[i + 2], 0.0);
+        const SurveyPoint& middle = fan.known[fan.point[i + 1]];
+        const double az_back = azimuth_or(middle, fan.known[fan.point[i]], 0.0);
+        const double az_ahead = azimuth_or(middle, fan.known[fan.point[i + 2]], 0.0);
         fan.middle_angle[i] = add_turn_if_negative<ArcSeconds>(az_back - az_ahead);
     }
 }
 
 // Each pair of neighbouring triangles gives the distances to its outer
 // points; a later pair overwrites what an earlier one found.
-void solve_triangle_pairs(const Fan& fan, double* dist)
+void solve_triangle_pairs(Fan& fan)
 {
     const int n = fan.n;
     const double t45 = std::tan(EIGHTH_TURN_RAD_SHORT_PI);
@@ -139,11 +154,13 @@ void solve_triangle_pairs(const Fan& fan, double* dist)
             TWICE_SEC_PER_RAD_SHORT_PI);
         const double phi = S / 2.0 + D / 2.0;
         const double psi = S / 2.0 - D / 2.0;
-        dist[i] = std::sin(sec_to_rad(HALF_CIRCLE - phi - alpha)) / std::sin(sec_to_rad(alpha)) * a;
-        dist[i + 2] =
+        fan.distance[i] =
+            std::sin(sec_to_rad(HALF_CIRCLE - phi - alpha)) / std::sin(sec_to_rad(alpha)) * a;
+        fan.distance[i + 2] =
             std::sin(sec_to_rad(HALF_CIRCLE - psi - beta)) / std::sin(sec_to_rad(beta)) * b;
         if (n == 3) {
-            dist[1] = std::sin(sec_to_rad(phi)) / std::sin(sec_to_rad(fan.angle[0])) * fan.side[0];
+            fan.distance[1] =
+                std::sin(sec_to_rad(phi)) / std::sin(sec_to_rad(fan.angle[0])) * fan.side[0];
         }
         resection_last_angle_sum = S;
         resection_last_angle_difference = D;
@@ -151,12 +168,12 @@ void solve_triangle_pairs(const Fan& fan, double* dist)
 }
 
 // Back into the caller's order, through the index tags.
-void write_back(const Fan& fan, const double* dist, double* distances)
+void write_back(const Fan& fan, double* distances)
 {
     for (int j = 0; j < fan.n; ++j) {
         for (int k = 0; k < fan.n; ++k) {
             if (fan.order[k] == j) {
-                distances[j] = dist[k];
+                distances[j] = fan.distance[k];
             }
         }
     }
@@ -297,12 +314,12 @@ ResultCode LIB_RESA2D(const AngleObservation* obs, const SurveyPoint* known, uns
     }
     Fan fan;
     fan.n = n;
-    sort_by_direction(obs, known, fan);
-    restart_after_gap(obs, known, fan);
+    fan.known = known;
+    sort_by_direction(obs, fan);
+    restart_after_gap(obs, fan);
     measure_triangles(fan);
-    double dist[RESECTION_MAX_POINTS];
-    solve_triangle_pairs(fan, dist);
-    write_back(fan, dist, distances);
+    solve_triangle_pairs(fan);
+    write_back(fan, distances);
     return OK;
 }
 
