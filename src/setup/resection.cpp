@@ -275,16 +275,25 @@ HeightSighting height_sighting(double instrument_height, const DistanceRecord& d
 }
 
 // The height: weighted mean of the heights from each sighting, and its mean
-// error delivered at single precision (0 below a tenth of a millimetre). The
-// count is not bounded here: each sighting is weighed again for the error.
+// error delivered at single precision (0 below a tenth of a millimetre).
+// Each sighting is weighed once and kept in heights and weights (room for
+// RESECTION_MAX_POINTS each) for the error; the count is not bounded here,
+// and the sightings beyond that room, which only an unchecked mode lets
+// through, are weighed again.
 void fit_height(double instrument_height, const DistanceRecord* dists, const AngleObservation* obs,
-                const SurveyPoint* known, const double* target_heights, int n, ResectionResult* out)
+                const SurveyPoint* known, const double* target_heights, int n, double* heights,
+                double* weights, ResectionResult* out)
 {
+    const bool kept = n <= static_cast<int>(RESECTION_MAX_POINTS);
     double Swh = 0.0;
     double Sw = 0.0;
     for (int i = 0; i < n; ++i) {
         const HeightSighting s =
             height_sighting(instrument_height, dists[i], obs[i], known[i], target_heights[i]);
+        if (kept) {
+            heights[i] = s.height;
+            weights[i] = s.weight;
+        }
         Swh = Swh + s.weight * s.height;
         Sw = Sw + s.weight;
     }
@@ -296,8 +305,9 @@ void fit_height(double instrument_height, const DistanceRecord* dists, const Ang
     }
     double Swvv = 0.0;
     for (int i = 0; i < n; ++i) {
-        const HeightSighting s =
-            height_sighting(instrument_height, dists[i], obs[i], known[i], target_heights[i]);
+        const HeightSighting s = kept ? HeightSighting{heights[i], weights[i]}
+                                      : height_sighting(instrument_height, dists[i], obs[i],
+                                                        known[i], target_heights[i]);
         Swvv = Swvv + s.weight * square(s.height - H);
     }
     const double error = std::sqrt(Swvv / (static_cast<double>(n) - 1.0));
@@ -334,9 +344,13 @@ ResultCode LIB_RESDist(double instrumentHeight, const DistanceRecord* dists,
     if (mode == 1 && (n < 1 || n > RESECTION_MAX_POINTS)) {
         return DOMAIN;
     }
+    // Two work arrays, used twice: the plan fit's measured positions (u, v),
+    // then each sighting's height and weight.
+    double first[RESECTION_MAX_POINTS];
+    double second[RESECTION_MAX_POINTS];
     if (mode == 0) {
-        double u[RESECTION_MAX_POINTS];
-        double v[RESECTION_MAX_POINTS];
+        double* u = first;
+        double* v = second;
         const Similarity fit = fit_similarity(dists, obs, known, n, u, v);
         out->X = fit.X;
         out->Y = fit.Y;
@@ -347,7 +361,7 @@ ResultCode LIB_RESDist(double instrumentHeight, const DistanceRecord* dists,
     }
     // The height, in every mode. A mode other than 0 and 1 is not checked and
     // takes any count.
-    fit_height(instrumentHeight, dists, obs, known, targetHeights, n, out);
+    fit_height(instrumentHeight, dists, obs, known, targetHeights, n, first, second, out);
     return OK;
 }
 
