@@ -162,36 +162,80 @@ ResultCode add_piles(const double* chainages, unsigned int given, double D, unsi
     return OK;
 }
 
-// Exchange sort, ascending.
+// Ascending order, as an exchange sort leaves it: for each position the
+// smallest of the entries from there on, swapped in. Where no two entries
+// compare equal with different bits, the sorted list is the only one there
+// is, and an insertion sort finds it in one pass over a list that is
+// already nearly in order (the main points, then the piles). Only zeros of
+// both signs tell the two sorts apart: then the exchange sort runs.
+bool zeros_of_both_signs(const double* piles, unsigned int count)
+{
+    bool positive = false;
+    bool negative = false;
+    for (unsigned int i = 0; i < count; ++i) {
+        if (piles[i] == 0.0) {
+            negative = negative || std::signbit(piles[i]);
+            positive = positive || !std::signbit(piles[i]);
+        }
+    }
+    return positive && negative;
+}
+
 void sort_piles(double* piles, unsigned int count)
 {
-    for (unsigned int i = 0; i < count; ++i) {
-        for (unsigned int j = i + 1; j < count; ++j) {
-            if (piles[j] < piles[i]) {
-                const double swap = piles[i];
-                piles[i] = piles[j];
-                piles[j] = swap;
+    if (zeros_of_both_signs(piles, count)) {
+        for (unsigned int i = 0; i < count; ++i) {
+            for (unsigned int j = i + 1; j < count; ++j) {
+                if (piles[j] < piles[i]) {
+                    const double swap = piles[i];
+                    piles[i] = piles[j];
+                    piles[j] = swap;
+                }
             }
         }
+        return;
+    }
+    for (unsigned int i = 1; i < count; ++i) {
+        const double pile = piles[i];
+        unsigned int j = i;
+        while (j > 0 && pile < piles[j - 1]) {
+            piles[j] = piles[j - 1];
+            j = j - 1;
+        }
+        piles[j] = pile;
     }
 }
 
 // A pile within the tolerance of the one before it is removed and the list
-// closed up, its last slot set to -1. One forward pass: after a removal the
-// entry moved up is not compared with the same predecessor again, so of
-// three close entries in a row the first and the third stay.
+// closed up, each slot freed at the end set to -1. One forward pass: the
+// entry that moves up after a removal is kept without being compared with
+// the same predecessor again, so of three close entries in a row the first
+// and the third stay.
 unsigned int remove_close_piles(double* piles, unsigned int count)
 {
-    for (unsigned int i = 0; i + 1 < count; ++i) {
-        if (piles[i + 1] - piles[i] <= CHAINAGE_TOLERANCE) {
-            for (unsigned int j = i + 1; j + 1 < count; ++j) {
-                piles[j] = piles[j + 1];
+    if (count == 0) {
+        return 0;
+    }
+    unsigned int kept = 1;
+    unsigned int next = 1;
+    while (next < count) {
+        if (piles[next] - piles[kept - 1] <= CHAINAGE_TOLERANCE) {
+            next = next + 1;
+            if (next < count) {
+                piles[kept] = piles[next];
+                kept = kept + 1;
+                next = next + 1;
             }
-            piles[count - 1] = -1.0;
-            count = count - 1;
+        } else {
+            piles[kept] = piles[next];
+            kept = kept + 1;
+            next = next + 1;
         }
     }
-    return count;
+    for (unsigned int i = kept; i < count; ++i) {
+        piles[i] = -1.0;
+    }
+    return kept;
 }
 
 void copy_station(const HElement& record, TangentPoint* out)
