@@ -323,6 +323,78 @@ ResultCode end_profile(ProfileWalk& walk, const VElement& last, unsigned char* t
     return OK;
 }
 
+// ---- one element at a chainage -------------------------------------------------
+
+// The elevation at chainage K on a grade line, a parabola and a circular
+// curve of a complete table, each written and tested as the exported
+// functions deliver it; the lookup calls them directly.
+ResultCode line_elevation(const VElement& element, double chainage, double* elevation)
+{
+    const double H = (chainage - element.Chainage) * element.GradeIn + element.Elevation;
+    *elevation = H;
+    // Negative design elevations are refused here although the table builders
+    // accept them.
+    if (H > RANGE_LIMIT || H < 0.0) {
+        return RANGE;
+    }
+    return OK;
+}
+
+ResultCode parabola_elevation(const VElement& element, double chainage, double* elevation)
+{
+    const double c0 = element.Chainage;
+    const double V = element.VertexChainage;
+    const double R = element.Radius;
+    const double L = element.Length;
+    const double K = chainage;
+    double y = 0.0;
+    double b = 0.0;
+    if (K < V) {
+        y = square(K - c0) / (2.0 * R);
+        b = element.VertexElevation - (V - K) * element.GradeIn;
+    } else {
+        y = square(L - (K - c0)) / (2.0 * R);
+        b = (K - V) * element.GradeOut + element.VertexElevation;
+    }
+    if (element.GradeIn > element.GradeOut) {
+        *elevation = b - y;
+    } else if (element.GradeIn < element.GradeOut) {
+        *elevation = b + y;
+    }
+    // With equal grades nothing is written and the caller's value is tested.
+    return check_design_elevation(*elevation);
+}
+
+ResultCode circle_elevation(const VElement& element, double chainage, double* elevation)
+{
+    const double c0 = element.Chainage;
+    const double R = element.Radius;
+    const double L = element.Length;
+    const double K = chainage;
+    double s = 0.0;
+    if (element.GradeIn > element.GradeOut) {
+        s = -1.0;
+    } else if (element.GradeIn < element.GradeOut) {
+        s = 1.0;
+    }
+    const double a1 = std::atan(element.GradeIn);
+    const double a2 = std::atan(element.GradeOut);
+    const double h = std::fabs(a1 - a2) * 0.5;
+    const double e = c0 + L;
+    const double end_elevation = element.VertexElevation + R * std::tan(h) * std::sin(a2);
+    // The curve is evaluated from its start up to the split chainage and from
+    // its end back beyond it.
+    const double m = c0 + L * 0.5 + (1.0 / std::cos(h) - 1.0) * R * s * std::tan((a1 + a2) * 0.5);
+    if (c0 < K && K <= m) {
+        const double f = (K - c0) / (2.0 * R);
+        *elevation = 2.0 * R * std::sin(f) * std::sin(s * f + a1) + element.Elevation;
+    } else if (m < K && K <= e) {
+        const double f = (e - K) / (2.0 * R);
+        *elevation = 2.0 * R * std::sin(f) * std::sin(s * f - a2) + end_elevation;
+    }
+    return check_design_elevation(*elevation);
+}
+
 } // namespace
 
 ResultCode LIB_CalWay_V_Ele_MainPoint(const VElement* elements, unsigned char count,
@@ -376,69 +448,17 @@ ResultCode LIB_CalWay_V_Line_On(const VElement* element, double chainage, double
     if (skip != 0) {
         return OK;
     }
-    const double H = (chainage - element->Chainage) * element->GradeIn + element->Elevation;
-    *elevation = H;
-    // Negative design elevations are refused here although the table builders
-    // accept them.
-    if (H > RANGE_LIMIT || H < 0.0) {
-        return RANGE;
-    }
-    return OK;
+    return line_elevation(*element, chainage, elevation);
 }
 
 ResultCode LIB_CalWay_V_Curve_On(const VElement* element, double chainage, double* elevation)
 {
-    const double c0 = element->Chainage;
-    const double V = element->VertexChainage;
-    const double R = element->Radius;
-    const double L = element->Length;
-    const double K = chainage;
-    double y = 0.0;
-    double b = 0.0;
-    if (K < V) {
-        y = square(K - c0) / (2.0 * R);
-        b = element->VertexElevation - (V - K) * element->GradeIn;
-    } else {
-        y = square(L - (K - c0)) / (2.0 * R);
-        b = (K - V) * element->GradeOut + element->VertexElevation;
-    }
-    if (element->GradeIn > element->GradeOut) {
-        *elevation = b - y;
-    } else if (element->GradeIn < element->GradeOut) {
-        *elevation = b + y;
-    }
-    // With equal grades nothing is written and the caller's value is tested.
-    return check_design_elevation(*elevation);
+    return parabola_elevation(*element, chainage, elevation);
 }
 
 ResultCode LIB_CalWay_V_Circle_On(const VElement* element, double chainage, double* elevation)
 {
-    const double c0 = element->Chainage;
-    const double R = element->Radius;
-    const double L = element->Length;
-    const double K = chainage;
-    double s = 0.0;
-    if (element->GradeIn > element->GradeOut) {
-        s = -1.0;
-    } else if (element->GradeIn < element->GradeOut) {
-        s = 1.0;
-    }
-    const double a1 = std::atan(element->GradeIn);
-    const double a2 = std::atan(element->GradeOut);
-    const double h = std::fabs(a1 - a2) * 0.5;
-    const double e = c0 + L;
-    const double end_elevation = element->VertexElevation + R * std::tan(h) * std::sin(a2);
-    // The curve is evaluated from its start up to the split chainage and from
-    // its end back beyond it.
-    const double m = c0 + L * 0.5 + (1.0 / std::cos(h) - 1.0) * R * s * std::tan((a1 + a2) * 0.5);
-    if (c0 < K && K <= m) {
-        const double f = (K - c0) / (2.0 * R);
-        *elevation = 2.0 * R * std::sin(f) * std::sin(s * f + a1) + element->Elevation;
-    } else if (m < K && K <= e) {
-        const double f = (e - K) / (2.0 * R);
-        *elevation = 2.0 * R * std::sin(f) * std::sin(s * f - a2) + end_elevation;
-    }
-    return check_design_elevation(*elevation);
+    return circle_elevation(*element, chainage, elevation);
 }
 
 ResultCode LIB_CalWay_V_On(const VElement* table, unsigned char count, double chainage,
@@ -451,7 +471,8 @@ ResultCode LIB_CalWay_V_On(const VElement* table, unsigned char count, double ch
         return TABLE;
     }
     const double K = chainage;
-    if (K - table[0].Chainage < -CHAINAGE_TOLERANCE) {
+    double to_start = K - table[0].Chainage;
+    if (to_start < -CHAINAGE_TOLERANCE) {
         *elevation = 0.0;
         return OK;
     }
@@ -459,26 +480,36 @@ ResultCode LIB_CalWay_V_On(const VElement* table, unsigned char count, double ch
         *elevation = table[n - 1].Elevation;
         return OK;
     }
-    // Between the records; a single record has nothing between.
+    // Between the records; a single record has nothing between. Record by
+    // record: on its chainage (within the tolerance), or inside the element
+    // that starts there. Each record's distance is taken once and carried to
+    // the next element, whose start it is; its test as a start would only
+    // repeat the one it failed as an end.
+    if (n > 1 && std::fabs(to_start) < CHAINAGE_TOLERANCE) {
+        *elevation = table[0].Elevation;
+        return OK;
+    }
     for (unsigned int i = 0; i + 1 < n; ++i) {
-        const VElement& start = table[i];
-        const VElement& end = table[i + 1];
-        if (std::fabs(K - start.Chainage) < CHAINAGE_TOLERANCE) {
-            *elevation = start.Elevation;
+        const double to_end = K - table[i + 1].Chainage;
+        // Well beyond this element's end: neither test below can hold.
+        if (to_end >= CHAINAGE_TOLERANCE) {
+            to_start = to_end;
+            continue;
+        }
+        if (std::fabs(to_end) < CHAINAGE_TOLERANCE) {
+            *elevation = table[i + 1].Elevation;
             return OK;
         }
-        if (std::fabs(K - end.Chainage) < CHAINAGE_TOLERANCE) {
-            *elevation = end.Elevation;
-            return OK;
-        }
-        if (K - start.Chainage > CHAINAGE_TOLERANCE && K - end.Chainage < -CHAINAGE_TOLERANCE) {
-            switch (start.Type) {
-            case V_LINE: return LIB_CalWay_V_Line_On(&start, K, elevation, 0);
-            case V_PARABOLA: return LIB_CalWay_V_Curve_On(&start, K, elevation);
-            case V_CIRCLE: return LIB_CalWay_V_Circle_On(&start, K, elevation);
+        if (to_start > CHAINAGE_TOLERANCE && to_end < -CHAINAGE_TOLERANCE) {
+            const VElement& element = table[i];
+            switch (element.Type) {
+            case V_LINE: return line_elevation(element, K, elevation);
+            case V_PARABOLA: return parabola_elevation(element, K, elevation);
+            case V_CIRCLE: return circle_elevation(element, K, elevation);
             default: return OK;
             }
         }
+        to_start = to_end;
     }
     return OK;
 }
