@@ -290,8 +290,14 @@ ResultCode LIB_CalWay_H_On(const HElement* table, unsigned char n, double chaina
     }
     const double K = chainage;
     for (unsigned int i = 0; i + 1 < records; ++i) {
+        const double to_start = K - table[i].Chainage;
+        // Well beyond this record and at or beyond the next: neither test
+        // below can hold.
+        if (to_start >= CHAINAGE_TOLERANCE && K >= table[i + 1].Chainage) {
+            continue;
+        }
         // A main point is delivered as stored, not recomputed.
-        if (std::fabs(K - table[i].Chainage) < CHAINAGE_TOLERANCE) {
+        if (std::fabs(to_start) < CHAINAGE_TOLERANCE) {
             copy_station(table[i], out);
             break;
         }
