@@ -6,6 +6,10 @@ using namespace quillon;
 
 namespace {
 
+// The steps of a round and of a target's results are small and run once
+// per round or target; those the compiler would call out of line are
+// marked inline, so that each round's sums and tests stay in registers.
+
 // Observation programmes (ObsMode); 2 and 3 (two targets, both faces) are
 // alike.
 enum ObservationMode : std::int32_t { ONE_TARGET = 0, FACE_I_ONLY = 1, LAST_MODE = 3 };
@@ -108,7 +112,7 @@ struct Sums {
     double slope = 0.0;
 };
 
-void add_face_means(Sums* sums, const Pointings& p)
+inline void add_face_means(Sums* sums, const Pointings& p)
 {
     sums->direction = sums->direction + face_mean_direction(p);
     sums->zenith = sums->zenith + face_mean_zenith(p);
@@ -133,8 +137,8 @@ struct Spreads {
 // The spreads over the rounds of one quantity of target 1 and, where there
 // is one, target 2: true when either exceeds the tolerance. Both spreads are
 // carried on, whatever the first gives.
-bool spread_exceeds(Spread* spread1, double value1, Spread* spread2, const double* value2,
-                    bool first_round, double tolerance)
+inline bool spread_exceeds(Spread* spread1, double value1, Spread* spread2, const double* value2,
+                           bool first_round, double tolerance)
 {
     const double range1 = spread1->after(value1, first_round);
     bool failed = exceeds(range1, tolerance);
@@ -178,9 +182,9 @@ void test_two_targets_both_faces(const StaMultiResult& tol, const Pointings& t1,
 
 // One target, or face I only: spreads of the raw face I readings. Every
 // spread is carried on whether or not another one failed.
-void test_face_i_spreads(const StaMultiResult& tol, const TargetReading& target1,
-                         const TargetReading* target2, bool first_round, Spreads* spreads,
-                         std::int32_t* flag)
+inline void test_face_i_spreads(const StaMultiResult& tol, const TargetReading& target1,
+                                const TargetReading* target2, bool first_round, Spreads* spreads,
+                                std::int32_t* flag)
 {
     record_failure(flag,
                    spread_exceeds(&spreads->zenith1, target1.V, &spreads->zenith2,
@@ -205,8 +209,8 @@ struct TargetResult {
 // Reduces the mean slope distance and places the target from the station,
 // the instrument taken as oriented; the point's height is the station's
 // plus the vertical difference, without instrument or target height.
-TargetResult reduce_target(const StaMultiResult& record, double direction, double zenith,
-                           double slope)
+inline TargetResult reduce_target(const StaMultiResult& record, double direction, double zenith,
+                                  double slope)
 {
     TargetResult target = {direction, zenith, slope, {0.0, 0.0, 0.0, 0.0}, {0.0, 0.0, 0.0}};
     target.distances = reduced_distances(*record.Station, record.Scale, slope, zenith);
@@ -240,7 +244,7 @@ constexpr TargetFields TARGET2 = {&StaMultiResult::MeanHz2,    &StaMultiResult::
                                   &StaMultiResult::VertDiff2,  &StaMultiResult::Point2,
                                   &StaMultiResult::HeightDiff2};
 
-void write_target(StaMultiResult* out, const TargetFields& fields, const TargetResult& t)
+inline void write_target(StaMultiResult* out, const TargetFields& fields, const TargetResult& t)
 {
     out->*fields.direction = t.direction;
     out->*fields.zenith = t.zenith;
