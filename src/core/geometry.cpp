@@ -26,29 +26,6 @@ ProjectionRecord projection_on_line(const SurveyPoint& A, const SurveyPoint& B,
     return {foot_x, foot_y, foot_h, components.across, along, P.H - foot_h};
 }
 
-SurveyPoint measured_point(const StationRecord& station, const DistanceRecord& distances,
-                           double azimuth)
-{
-    const double a = sec_to_rad(azimuth);
-    const int f = face_factor(station);
-    const double d = f * distances.HorizontalDistance;
-    const double X = d * std::cos(a) + station.X;
-    const double Y = d * std::sin(a) + station.Y;
-    const double H = ((station.InstrumentHeight + distances.VerticalDifference) + station.H) -
-                     station.TargetHeight;
-    return {X, Y, H};
-}
-
-SurveyPoint polar_point(const SurveyPoint& from, double azimuth, double distance,
-                        double height_difference)
-{
-    const double a = sec_to_rad(azimuth);
-    const double X = std::cos(a) * distance + from.X;
-    const double Y = std::sin(a) * distance + from.Y;
-    const double H = from.H + height_difference;
-    return {X, Y, H};
-}
-
 DistAngleRecord sight_between(const SurveyPoint& from, const SurveyPoint& to, unsigned char face)
 {
     DistAngleRecord sight = {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};

@@ -66,13 +66,30 @@ ProjectionRecord projection_on_line(const SurveyPoint& A, const SurveyPoint& B,
 // turned through the faces, along the azimuth (arc-seconds), the height from
 // mark, instrument height, vertical difference and target height. Not
 // range-tested.
-SurveyPoint measured_point(const StationRecord& station, const DistanceRecord& distances,
-                           double azimuth);
+inline SurveyPoint measured_point(const StationRecord& station, const DistanceRecord& distances,
+                                  double azimuth)
+{
+    const double a = sec_to_rad(azimuth);
+    const int f = face_factor(station);
+    const double d = f * distances.HorizontalDistance;
+    const double X = d * std::cos(a) + station.X;
+    const double Y = d * std::sin(a) + station.Y;
+    const double H = ((station.InstrumentHeight + distances.VerticalDifference) + station.H) -
+                     station.TargetHeight;
+    return {X, Y, H};
+}
 
 // The point at an azimuth (arc-seconds), distance and height difference from
 // another. Not range-tested.
-SurveyPoint polar_point(const SurveyPoint& from, double azimuth, double distance,
-                        double height_difference);
+inline SurveyPoint polar_point(const SurveyPoint& from, double azimuth, double distance,
+                               double height_difference)
+{
+    const double a = sec_to_rad(azimuth);
+    const double X = std::cos(a) * distance + from.X;
+    const double Y = std::sin(a) * distance + from.Y;
+    const double H = from.H + height_difference;
+    return {X, Y, H};
+}
 
 // Distances, height difference, azimuth and zenith angle from one point to
 // another as LIB_CalDistAngle gives them. Where it refuses (the points on one
