@@ -1,11 +1,24 @@
 # Installation: header, both libraries, a CMake package (find_package(Quillon)
 # gives Quillon::quillon, Quillon::quillon_static, Quillon::survey and
-# Quillon::survey_static) and a pkg-config file.
+# Quillon::survey_static, and with the tools Quillon::io and Quillon::io_static)
+# and a pkg-config file for each library.
 include(CMakePackageConfigHelpers)
 
 set(QUILLON_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Quillon)
 
-install(TARGETS quillon quillon_static quillon_survey quillon_survey_static
+set(_quillon_installed quillon quillon_static quillon_survey quillon_survey_static)
+set(_quillon_pc quillon quillon_survey)
+set(QUILLON_CONFIG_DEPENDENCIES "")
+if(QUILLON_BUILD_TOOLS)
+    list(APPEND _quillon_installed quillon_io quillon_io_static)
+    list(APPEND _quillon_pc quillon_io)
+    # The static io library leaves pugixml for the caller's link.
+    set(QUILLON_CONFIG_DEPENDENCIES "include(CMakeFindDependencyMacro)\nfind_dependency(pugixml CONFIG)")
+    install(FILES ${PROJECT_SOURCE_DIR}/include/quillon/io.h
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quillon)
+endif()
+
+install(TARGETS ${_quillon_installed}
     EXPORT QuillonTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
@@ -44,7 +57,7 @@ if(IS_ABSOLUTE "${CMAKE_INSTALL_INCLUDEDIR}")
 else()
     set(QUILLON_PC_INCLUDEDIR "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
 endif()
-foreach(_pc quillon quillon_survey)
+foreach(_pc IN LISTS _quillon_pc)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/${_pc}.pc.in ${PROJECT_BINARY_DIR}/${_pc}.pc @ONLY)
     install(FILES ${PROJECT_BINARY_DIR}/${_pc}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endforeach()

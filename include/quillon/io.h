@@ -1,0 +1,285 @@
+/*
+ * quillon/io.h - road designs and point files in, for the office tool.
+ *
+ * Reads LandXML 1.2 road designs (alignments with their profiles) into the
+ * device's own element tables - HElement for the plan, VElement for the
+ * profile - so that the same design drives the instrument and the survey
+ * layer, and reads point files (CSV) into named points.
+ *
+ * Units and conventions
+ *   - Lengths in metres: a file in US survey feet (1200/3937 m) or in feet,
+ *     millimetres and the like is converted on reading.
+ *   - Coordinates X northing, Y easting, H elevation, as in quillon.h.
+ *   - Azimuths in arc-seconds clockwise from north (X toward Y), converted
+ *     from radians with the true pi (648000 / pi arc-seconds per radian), as
+ *     the survey layer reads them.
+ *   - Chainage: the continuous distance along the alignment plus its start
+ *     station (LandXML's "internal station"); HElement.Chainage and
+ *     VElement.Chainage hold it. Where a station equation applies, the
+ *     station a design drawing prints differs from the chainage:
+ *     qio_alignment_station converts.
+ *
+ * Memory: a loaded file is an opaque handle that owns every table, string
+ * and row it hands out; they stay valid until the handle is freed and are
+ * never to be freed by the caller. Each handle may be read from several
+ * threads at once; nothing in the library is global.
+ *
+ * Errors: every reading function returns a qio_status and, when the caller
+ * passes a qio_error, a message that names the file and the line
+ * ("road.xml:42: ..."). No function writes its output handle unless it
+ * returns QIO_OK. No function throws or aborts on any input.
+ */
+#ifndef QUILLON_IO_H
+#define QUILLON_IO_H
+
+#include <stddef.h>
+
+#include <quillon.h>
+
+/* ---- export macro ------------------------------------------------------ */
+#if defined(QUILLON_IO_STATIC)
+#define QIO_API
+#elif defined(_WIN32) || defined(__CYGWIN__)
+#if defined(QUILLON_IO_BUILDING)
+#define QIO_API __declspec(dllexport)
+#else
+#define QIO_API __declspec(dllimport)
+#endif
+#elif defined(__GNUC__)
+#define QIO_API __attribute__((visibility("default")))
+#else
+#define QIO_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- status, errors, tolerances ---------------------------------------- */
+
+/** Status returned by the reading functions. */
+typedef enum qio_status {
+    QIO_OK = 0,           /**< success: the output written */
+    QIO_CANNOT_READ = 1,  /**< the file cannot be opened or read */
+    QIO_MALFORMED = 2,    /**< not well-formed XML, not a LandXML file, a required value
+                               missing or not a number, a bad row in a point file */
+    QIO_UNSUPPORTED = 3,  /**< a valid construct this reader does not take: an element (say
+                               IrregularLine), a spiral that is not a clothoid or runs between
+                               two finite radii, a unit, an encoding */
+    QIO_INCONSISTENT = 4, /**< the file contradicts itself beyond QIO_TOLERANCE: a gap between
+                               elements, a length, centre, PI or dir that does not fit */
+    QIO_NOT_FOUND = 5,    /**< no alignment of that name, or an index out of range */
+    QIO_BAD_ARGUMENT = 6, /**< a required pointer is null */
+    QIO_NO_MEMORY = 7     /**< memory ran out */
+} qio_status;
+
+/** Positions that should coincide may differ by this much, m: the end of an
+ *  element and the start of the next, a point given in the file and the
+ *  same point computed from the element's length and radius. A gap up to
+ *  it is bridged and reported in a note; a larger one is refused
+ *  (QIO_INCONSISTENT). */
+#define QIO_TOLERANCE 0.001
+/** A line shorter than this, m, has no direction of its own: it is kept in
+ *  the direction of the tangent it lies on. */
+#define QIO_SHORT_LINE 0.001
+/** A dir attribute agrees with the geometry when it differs by at most this
+ *  many arc-seconds, or moves the element's far end by at most
+ *  QIO_TOLERANCE. */
+#define QIO_DIRECTION_TOLERANCE 20.0
+
+/** Size of the message buffer in qio_error, bytes. */
+#define QIO_MESSAGE_SIZE 512
+
+/** Why a reading function failed. */
+typedef struct qio_error {
+    size_t line;                    /**< line in the file, from 1; 0 when no line applies */
+    char message[QIO_MESSAGE_SIZE]; /**< "FILE:LINE: what is wrong", UTF-8, NUL-terminated,
+                                         cut at a character boundary when too long */
+} qio_error;
+
+/** A short English text for a status ("success", "cannot read", ...); a
+ *  value outside the enumeration gives "unknown status". Static, never
+ *  freed. */
+QIO_API const char* qio_status_message(qio_status status);
+
+/* ==== road designs (LandXML) ============================================== */
+
+/** A loaded LandXML file. */
+typedef struct qio_design qio_design;
+
+/** A station equation: from this chainage on, stations run on from
+ *  station_ahead. */
+typedef struct qio_station_equation {
+    double chainage;      /**< chainage where the equation applies (LandXML staInternal), m */
+    double station_back;  /**< station just before it, m */
+    double station_ahead; /**< station from it on, m */
+    size_t line;          /**< line of the StaEquation element in the file */
+} qio_station_equation;
+
+/** One alignment of a design, as the device's tables. */
+typedef struct qio_alignment {
+    double station_start;       /**< chainage at the start (LandXML staStart), m; may be
+                                     negative */
+    double chainage_end;        /**< chainage at the end, m */
+    const char* name;           /**< the alignment's name, UTF-8 ("" when the file gives none) */
+    const char* description;    /**< its desc attribute, UTF-8, "" when absent */
+    const HElement* horizontal; /**< complete horizontal table: the elements, then the end
+                                     record (Type 0); exit transitions in the start
+                                     convention (X, Y where the curve leaves the arc) */
+    const VElement* vertical;   /**< complete vertical table (elements, then the end record
+                                     of Type 0); NULL when the alignment has no profile */
+    const qio_station_equation* equations; /**< station equations in chainage order, NULL when
+                                                there are none */
+    size_t line;                           /**< line of the Alignment element in the file */
+    size_t horizontal_count; /**< records in the horizontal table, end record included, >= 2 */
+    size_t vertical_count;   /**< records in the vertical table, end record included; 0
+                                  without profile */
+    size_t equation_count;   /**< number of station equations */
+} qio_alignment;
+
+/** Reads a LandXML file (path in the system's encoding).
+ *  Returns QIO_OK and *design (free it with qio_design_free);
+ *  QIO_CANNOT_READ when the file cannot be opened or read; QIO_MALFORMED
+ *  for XML that is not well formed, a root element other than LandXML or a
+ *  file with no alignment; QIO_UNSUPPORTED for an unknown encoding or
+ *  unit; QIO_BAD_ARGUMENT for a null path or design; QIO_NO_MEMORY.
+ *  An alignment the reader refuses does not fail the file: its status comes
+ *  with qio_design_alignment. On failure *design is unchanged and *error
+ *  (when error is not null) holds the message. */
+QIO_API qio_status qio_landxml_read_file(const char* path, qio_design** design, qio_error* error);
+
+/** As qio_landxml_read_file, from size bytes in memory (copied; data may be
+ *  freed afterwards). name (may be null: "<memory>") stands for the file
+ *  in messages. */
+QIO_API qio_status qio_landxml_read_buffer(const void* data, size_t size, const char* name,
+                                           qio_design** design, qio_error* error);
+
+/** Frees a design and everything it handed out; null is allowed. */
+QIO_API void qio_design_free(qio_design* design);
+
+/** Number of Alignment elements in the file (refused ones included). */
+QIO_API size_t qio_design_alignment_count(const qio_design* design);
+
+/** Name of alignment index (0-based), UTF-8; NULL when index is out of
+ *  range. Valid for refused alignments too. */
+QIO_API const char* qio_design_alignment_name(const qio_design* design, size_t index);
+
+/** Index of the first alignment named name (UTF-8, compared exactly).
+ *  Returns QIO_OK and *index; QIO_NOT_FOUND when none has that name;
+ *  QIO_BAD_ARGUMENT for a null argument (*index unchanged on failure). */
+QIO_API qio_status qio_design_find(const qio_design* design, const char* name, size_t* index);
+
+/** Alignment index (0-based) as the device's tables.
+ *  Returns QIO_OK and *out; QIO_NOT_FOUND for an index out of range;
+ *  QIO_BAD_ARGUMENT for a null design or out; or the status with which the
+ *  reader refused this alignment (QIO_MALFORMED, QIO_UNSUPPORTED,
+ *  QIO_INCONSISTENT), the message naming the element and its line.
+ *  On failure *out is unchanged and *error (when not null) holds the
+ *  message. */
+QIO_API qio_status qio_design_alignment(const qio_design* design, size_t index, qio_alignment* out,
+                                        qio_error* error);
+
+/** Station at a chainage (m) of an alignment: the chainage itself before
+ *  the first station equation, else the last equation's station_ahead plus
+ *  the distance from it. A non-finite chainage is returned unchanged. */
+QIO_API double qio_alignment_station(const qio_alignment* alignment, double chainage);
+
+/** Number of notes the reader left: what it decided about the file without
+ *  refusing it (a gap bridged, a short line kept on its tangent, the
+ *  convention its dir values turned out to follow, units converted). */
+QIO_API size_t qio_design_note_count(const qio_design* design);
+
+/** Note index, "FILE:LINE: text" in UTF-8; NULL when out of range. */
+QIO_API const char* qio_design_note(const qio_design* design, size_t index);
+
+/* ==== point files (CSV) =================================================== */
+
+/* A point file is UTF-8 text (a byte-order mark is skipped) with a header
+ * row naming its columns - name, X, Y, H, code, in any order and any case;
+ * name, X and Y required, H and code optional, other columns ignored - and
+ * one point per row. Fields are separated by commas or by semicolons (the
+ * header decides); with semicolons a decimal comma is read as a point.
+ * Fields may be quoted with double quotes. Empty lines and lines starting
+ * with '#' are skipped. */
+
+/** A loaded point file. */
+typedef struct qio_points qio_points;
+
+/** One row of a point file. */
+typedef struct qio_point {
+    double x;         /**< northing, m */
+    double y;         /**< easting, m */
+    double h;         /**< elevation, m; 0 when has_height is 0 */
+    const char* name; /**< point name, UTF-8 */
+    const char* code; /**< point code, UTF-8, "" when none */
+    size_t line;      /**< line of the row in the file */
+    int has_height;   /**< 1 when the row gives H, 0 when the column is absent or empty */
+} qio_point;
+
+/** Reads a point file (path in the system's encoding).
+ *  Returns QIO_OK and *points (free with qio_points_free); QIO_CANNOT_READ;
+ *  QIO_MALFORMED for a header without name, X or Y, a row with a field
+ *  count that does not match the header, an empty name, a coordinate that
+ *  is not a finite number, text that is not UTF-8; QIO_BAD_ARGUMENT for a
+ *  null path or points; QIO_NO_MEMORY. On failure *points is unchanged and
+ *  *error (when not null) names the file and line. */
+QIO_API qio_status qio_points_read_file(const char* path, qio_points** points, qio_error* error);
+
+/** As qio_points_read_file, from size bytes in memory (copied). name (may
+ *  be null: "<memory>") stands for the file in messages. */
+QIO_API qio_status qio_points_read_buffer(const void* data, size_t size, const char* name,
+                                          qio_points** points, qio_error* error);
+
+/** Frees a point file and its rows; null is allowed. */
+QIO_API void qio_points_free(qio_points* points);
+
+/** The rows in file order; *count receives their number (0 for a file with
+ *  a header only). Returns NULL when there are none. */
+QIO_API const qio_point* qio_points_rows(const qio_points* points, size_t* count);
+
+#ifdef __cplusplus
+}
+#endif
+
+/* ---- layout checks ------------------------------------------------------ */
+/* Where pointers and size_t are 8 bytes (every platform the office tool is
+ * built for), the records are laid out as below. */
+#define QIO_LAYOUT(type, field, offset)                                                            \
+    QUILLON_STATIC_ASSERT(sizeof(void*) != 8 || offsetof(type, field) == (offset),                 \
+                          #type "." #field " offset")
+#define QIO_SIZE(type, size)                                                                       \
+    QUILLON_STATIC_ASSERT(sizeof(void*) != 8 || sizeof(type) == (size), #type " size")
+
+QIO_SIZE(qio_error, 520);
+QIO_LAYOUT(qio_error, line, 0);
+QIO_LAYOUT(qio_error, message, 8);
+
+QIO_SIZE(qio_station_equation, 32);
+QIO_LAYOUT(qio_station_equation, chainage, 0);
+QIO_LAYOUT(qio_station_equation, station_back, 8);
+QIO_LAYOUT(qio_station_equation, station_ahead, 16);
+QIO_LAYOUT(qio_station_equation, line, 24);
+
+QIO_SIZE(qio_alignment, 88);
+QIO_LAYOUT(qio_alignment, station_start, 0);
+QIO_LAYOUT(qio_alignment, chainage_end, 8);
+QIO_LAYOUT(qio_alignment, name, 16);
+QIO_LAYOUT(qio_alignment, description, 24);
+QIO_LAYOUT(qio_alignment, horizontal, 32);
+QIO_LAYOUT(qio_alignment, vertical, 40);
+QIO_LAYOUT(qio_alignment, equations, 48);
+QIO_LAYOUT(qio_alignment, line, 56);
+QIO_LAYOUT(qio_alignment, horizontal_count, 64);
+QIO_LAYOUT(qio_alignment, vertical_count, 72);
+QIO_LAYOUT(qio_alignment, equation_count, 80);
+
+QIO_SIZE(qio_point, 56);
+QIO_LAYOUT(qio_point, x, 0);
+QIO_LAYOUT(qio_point, y, 8);
+QIO_LAYOUT(qio_point, h, 16);
+QIO_LAYOUT(qio_point, name, 24);
+QIO_LAYOUT(qio_point, code, 32);
+QIO_LAYOUT(qio_point, line, 40);
+QIO_LAYOUT(qio_point, has_height, 48);
+
+#endif /* QUILLON_IO_H */
