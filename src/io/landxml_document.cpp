@@ -60,6 +60,9 @@ std::string number(double value, int decimals)
 
 std::string dms(double radians)
 {
+    if (!std::isfinite(radians)) {
+        return "?";
+    }
     // Tenths of a second, counted as a whole number so that 59.95" rounds
     // up into the next minute.
     const double tenths = std::round(wrap_two_pi(radians) * SECONDS_PER_RADIAN * 10.0);

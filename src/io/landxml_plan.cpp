@@ -32,6 +32,8 @@ struct Element {
 };
 
 const double DIRECTION_TOLERANCE = QIO_DIRECTION_TOLERANCE / SECONDS_PER_RADIAN;
+// Coordinates, lengths and radii beyond this (m) are no survey's.
+const double LARGEST = 1e10;
 
 std::string millimetres(double metres) { return number(metres * 1000.0, 1) + " mm"; }
 
@@ -83,6 +85,10 @@ bool read_point(const Context& context, pugi::xml_node element, const char* name
                            "\", not \"northing easting\" or \"northing easting elevation\"");
     }
     out = Point{values[0] * context.linear, values[1] * context.linear};
+    if (!(std::fabs(out.x) <= LARGEST) || !(std::fabs(out.y) <= LARGEST)) {
+        context.refuse(QIO_MALFORMED, node,
+                       tag + ": " + name + " lies beyond 1e10 m: not a survey coordinate");
+    }
     return true;
 }
 
@@ -118,6 +124,10 @@ bool read_length(const Context& context, pugi::xml_node node, const char* name, 
                            " is negative");
     }
     metres = value * context.linear;
+    if (!(metres <= LARGEST)) {
+        context.refuse(QIO_MALFORMED, node,
+                       std::string(local_name(node)) + ": " + name + " beyond 1e10 m");
+    }
     return true;
 }
 
@@ -190,7 +200,7 @@ Element read_line(Context& context, pugi::xml_node node)
     read_point(context, node, "End", e.end, true);
     const double apart = distance(e.start, e.end);
     if (read_length(context, node, "length", e.length)) {
-        if (std::fabs(e.length - apart) > QIO_TOLERANCE) {
+        if (!(std::fabs(e.length - apart) <= QIO_TOLERANCE)) {
             context.refuse(QIO_INCONSISTENT, node,
                            "Line: length " + number(e.length) + " m, but its points are " +
                                number(apart) + " m apart");
@@ -222,8 +232,9 @@ Element read_curve(Context& context, pugi::xml_node node)
     double radius = 0.0;
     if (attribute_number(context, node, "radius", radius)) {
         e.radius = std::fabs(radius) * context.linear;
-        if (!(e.radius > 0.0)) {
-            context.refuse(QIO_MALFORMED, node, "Curve: radius 0");
+        if (!(e.radius > 0.0) || !(e.radius <= LARGEST)) {
+            context.refuse(QIO_MALFORMED, node,
+                           "Curve: radius " + number(radius) + " is not a curve's");
         }
     } else if (has_centre) {
         e.radius = distance(centre, e.start);
@@ -279,7 +290,7 @@ Element read_curve(Context& context, pugi::xml_node node)
     if (has_centre) {
         const Point expected = along(e.start, e.start_azimuth + e.turn * (PI / 2.0), e.radius);
         const double miss = distance(expected, centre);
-        if (miss > QIO_TOLERANCE) {
+        if (!(miss <= QIO_TOLERANCE)) {
             context.refuse(QIO_INCONSISTENT, node,
                            "Curve: its Center lies " + millimetres(miss) +
                                " from the centre of an arc of radius " + number(e.radius) +
@@ -290,7 +301,7 @@ Element read_curve(Context& context, pugi::xml_node node)
     if (has_pi && half_angle < 0.45 * PI) {
         const Point expected = along(e.start, e.start_azimuth, e.radius * std::tan(half_angle));
         const double miss = distance(expected, pi);
-        if (miss > QIO_TOLERANCE) {
+        if (!(miss <= QIO_TOLERANCE)) {
             context.refuse(QIO_INCONSISTENT, node,
                            "Curve: its PI lies " + millimetres(miss) +
                                " from where its tangents meet");
@@ -368,7 +379,7 @@ Element read_spiral(Context& context, pugi::xml_node node)
         e.start_azimuth = wrap_two_pi(end_azimuth - e.turn * theta);
     }
     const double chord = distance(e.start, e.end);
-    if (std::fabs(chord - std::hypot(u, v)) > QIO_TOLERANCE) {
+    if (!(std::fabs(chord - std::hypot(u, v)) <= QIO_TOLERANCE)) {
         context.refuse(QIO_INCONSISTENT, node,
                        "Spiral: its points are " + number(chord) +
                            " m apart, but a clothoid of "
@@ -382,7 +393,7 @@ Element read_spiral(Context& context, pugi::xml_node node)
         const Point expected = e.exit ? along(e.end, end_azimuth + PI, long_tangent)
                                       : along(e.start, e.start_azimuth, long_tangent);
         const double miss = distance(expected, pi);
-        if (miss > QIO_TOLERANCE) {
+        if (!(miss <= QIO_TOLERANCE)) {
             std::string text =
                 "Spiral: its PI lies " + millimetres(miss) + " from where its tangents meet";
             if (node.attribute("rot") && sign(right_of(e.start, pi, e.end)) == -e.turn) {
@@ -497,7 +508,7 @@ void read_plan(Context& context, pugi::xml_node alignment, AlignmentData& data)
         const Element& next = elements[i + 1];
         const Pose end = far_end(e);
         const double gap = distance(end.point, next.start);
-        if (gap > QIO_TOLERANCE) {
+        if (!(gap <= QIO_TOLERANCE)) {
             context.refuse(QIO_INCONSISTENT, next.node,
                            next.tag + " starts " + millimetres(gap) + " from the end of the " +
                                e.tag + " before it (line " + std::to_string(context.line(e.node)) +
@@ -529,6 +540,15 @@ void read_plan(Context& context, pugi::xml_node alignment, AlignmentData& data)
     last.Chainage = chainage;
     data.horizontal.push_back(last);
     data.chainage_end = chainage;
+    for (const HElement& r : data.horizontal) {
+        const double values[] = {r.X, r.Y, r.Azimuth, r.Length, r.Radius, r.Chainage};
+        for (double value : values) {
+            if (!std::isfinite(value)) {
+                context.refuse(QIO_MALFORMED, geometry,
+                               "a coordinate, length or radius is too large to compute with");
+            }
+        }
+    }
 
     double length = 0.0;
     if (read_length(context, alignment, "length", length) &&

@@ -100,7 +100,8 @@ VElement vertical_curve(const Context& context, const Vertex& v, double g_in, do
         const double radius = v.has_radius ? v.radius : v.length / turn;
         const double tangent = radius * std::tan(turn / 2.0);
         const double horizontal = tangent * (std::cos(a1) + std::cos(a2));
-        if (v.has_radius && v.has_length && std::fabs(radius * turn - v.length) > QIO_TOLERANCE) {
+        if (v.has_radius && v.has_length &&
+            !(std::fabs(radius * turn - v.length) <= QIO_TOLERANCE)) {
             if (std::fabs(horizontal - v.length) <= QIO_TOLERANCE) {
                 context.note(v.node, "CircCurve: length " + number(v.length) +
                                          " m is its horizontal length, not its arc length");
@@ -270,6 +271,16 @@ void read_profile(Context& context, pugi::xml_node alignment, AlignmentData& dat
     end.GradeIn = g_last;
     end.GradeOut = g_last;
     table.push_back(end);
+    for (const VElement& r : table) {
+        const double values[] = {r.Chainage, r.Elevation, r.VertexChainage, r.VertexElevation,
+                                 r.Radius,   r.Length,    r.GradeIn,        r.GradeOut};
+        for (double value : values) {
+            if (!std::isfinite(value)) {
+                context.refuse(QIO_MALFORMED, design,
+                               "a station, elevation or curve is too large to compute with");
+            }
+        }
+    }
 
     const double start = vertices.front().station;
     if (start > data.station_start + QIO_TOLERANCE ||
