@@ -1,7 +1,13 @@
-# Installation: header, both libraries, a CMake package (find_package(Quillon)
+# Installation: headers, both libraries, a CMake package (find_package(Quillon)
 # gives Quillon::quillon, Quillon::quillon_static, Quillon::survey and
-# Quillon::survey_static, and with the tools Quillon::io and Quillon::io_static)
-# and a pkg-config file for each library.
+# Quillon::survey_static, and with the tools Quillon::io and Quillon::io_static),
+# pkg-config files and the quillon command.
+#
+# Included only when QUILLON_INSTALL is on, which it is by default only when
+# Quillon is the top-level project: a project that adds Quillon with
+# add_subdirectory gets no install rules from it unless it asks. Every
+# install rule of the libraries and the command lives here so that the one
+# option governs them all.
 include(CMakePackageConfigHelpers)
 
 set(QUILLON_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Quillon)

@@ -1,14 +1,25 @@
 /* Free-station set-up: the instrument stands on an unknown point and sights
  * five known points. First the distances to three of them from the
  * directions alone, then the station from all five directions with their
- * distances, then the orientation of the circle from a backsight. */
+ * distances, then the orientation of the circle from a backsight.
+ *
+ * Orientation is printed in one sense throughout: azimuth minus circle
+ * reading, so that azimuth = reading + orientation, in [0, 360) degrees. */
 #include "common.h"
 #include "quillon.h"
 
+#include <math.h>
 #include <stdio.h>
 #include <string.h>
 
 #define POINTS 5
+
+/* An angle brought into [0, 1296000) arc-seconds. */
+static double wrap(double seconds)
+{
+    seconds = fmod(seconds, 1296000.0);
+    return seconds < 0.0 ? seconds + 1296000.0 : seconds;
+}
 
 int main(void)
 {
@@ -73,18 +84,23 @@ int main(void)
     printf("  Station  X %10.4f m   mX %6.4f m\n", station.X, station.mX);
     printf("           Y %10.4f m   mY %6.4f m\n", station.Y, station.mY);
     printf("           H %10.4f m   mH %6.4f m\n", station.H, station.mH);
-    printf("  Orientation %s (%.0f\")\n", dms(station.Orientation, a), station.Orientation);
+    /* Already azimuth minus reading, in whole seconds, within a quarter circle
+     * either way. */
+    printf("  Orientation (azimuth minus reading) %s\n", dms(wrap(station.Orientation), a));
     for (i = 0; i < 3; ++i) {
         printf("  station -> %-6s  %9.3f m by angles, %9.3f m measured\n", names[i], by_angles[i],
                reduced[i].HorizontalDistance);
     }
 
-    /* 3. Orientation of the circle from a backsight to K101. */
+    /* 3. Orientation of the circle from a backsight to K101. LIB_RESSetAngle
+     * adds the reading minus the azimuth onto the value it is given; started
+     * from 0, its negative is the orientation in the sense used above. */
     const SurveyPoint here = {station.X, station.Y, station.H};
-    double offset = 0.0;
+    double reading_minus_azimuth = 0.0;
     double azimuth = 0.0;
-    LIB_RESSetAngle(&here, &known[0], obs[0].Horizontal, &offset, &azimuth);
-    printf("\nBacksight %s: azimuth %s, reading %s, reading minus azimuth %s\n", names[0],
-           dms(azimuth, a), dms(obs[0].Horizontal, b), dms(offset, c));
+    LIB_RESSetAngle(&here, &known[0], obs[0].Horizontal, &reading_minus_azimuth, &azimuth);
+    printf("\nBacksight %s: azimuth %s, reading %s\n", names[0], dms(azimuth, a),
+           dms(obs[0].Horizontal, b));
+    printf("  Orientation (azimuth minus reading) %s\n", dms(wrap(-reading_minus_azimuth), c));
     return 0;
 }

@@ -1,7 +1,8 @@
 /* A stakeout session: the station is set up, a design point is called up,
  * the prism is measured, and the instrument person reads out to the prism
  * how far to move. Forward and back, left and right are seen from the
- * instrument looking at the prism. */
+ * instrument looking at the prism; the turn of the instrument is clockwise
+ * or counter-clockwise seen from above, as the circle readings grow. */
 #include "common.h"
 #include "quillon.h"
 
@@ -45,12 +46,22 @@ int main(void)
         return 1;
     }
     printf("Prism is at: X %.3f  Y %.3f  H %.3f\n", so.X, so.Y, so.H);
-    printf("Turn the instrument by %s to the design direction\n", dms(-so.AngleDifference, a));
-    printf("To the prism:\n");
+    /* The angle difference is the measured direction minus the design one:
+     * a negative difference leaves the design direction clockwise of the
+     * prism, and readings grow clockwise. */
+    if (fabs(so.AngleDifference) < 0.05) {
+        printf("The instrument points in the design direction\n");
+    } else {
+        printf("Turn the instrument %s %s to the design direction\n",
+               dms(fabs(so.AngleDifference), a),
+               so.AngleDifference < 0.0 ? "clockwise" : "counter-clockwise");
+    }
+    printf("To the prism (left and right as seen from the instrument looking at the prism):\n");
     /* The measured distance is longer than the design one: come back. */
     print_move("forward:", so.ForwardDifference, "back (toward the instrument)",
                "forward (away from the instrument)");
-    /* The prism stands clockwise of the design direction: go left. */
+    /* A positive lateral difference puts the prism clockwise of the design
+     * direction, to the right seen from the instrument: it moves left. */
     print_move("lateral:", so.LateralDifference, "left", "right");
     if (fabs(so.HeightDifference) < 0.0005) {
         printf("  height:   on grade\n");
@@ -70,7 +81,7 @@ int main(void)
     SODistAngleResult polar;
     status = LIB_SO_DistAngle(&station, &measured, &direction, design_distance, design_azimuth,
                               &polar, 2);
-    printf("By distance and angle: %+.3f m, %s [%s]\n", polar.DistanceDifference,
-           dms(polar.AngleDifference, a), status_text(status));
+    printf("By distance and angle (measured minus design): distance %+.3f m, angle %s [%s]\n",
+           polar.DistanceDifference, dms(polar.AngleDifference, a), status_text(status));
     return 0;
 }

@@ -142,12 +142,17 @@ int main(void)
 
     printf("\nAdjusted coordinates\n");
     printf("  Stn  X (north)      Y (east)       H            Azimuth out\n");
-    printf("  %-4s %12.4f   %12.4f   %9.4f    %s\n", NAMES[0], stations[0].StationPoint.X,
-           stations[0].StationPoint.Y, stations[0].StationPoint.H, dms(stations[0].Azimuth, a));
-    for (s = 0; s + 1 < STATIONS; ++s) {
-        const SurveyPoint* p = &stations[s].LegEnd;
-        printf("  %-4s %12.4f   %12.4f   %9.4f    %s\n", NAMES[s + 1], p->X, p->Y, p->H,
-               dms(wrap(stations[s + 1].Azimuth), a));
+    for (s = 0; s < STATIONS; ++s) {
+        /* The first station is where the traverse starts; every other one
+         * is the end of the leg before it. */
+        const SurveyPoint* p = s == 0 ? &stations[0].StationPoint : &stations[s - 1].LegEnd;
+        printf("  %-4s %12.4f   %12.4f   %9.4f", NAMES[s], p->X, p->Y, p->H);
+        /* The last station closes the traverse and has no leg of its own to
+         * leave by. The azimuths are carried on unfolded: shown in a circle. */
+        if (s + 1 < STATIONS) {
+            printf("    %s", dms(wrap(stations[s].Azimuth), a));
+        }
+        printf("\n");
     }
     return 0;
 }

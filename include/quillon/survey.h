@@ -79,7 +79,346 @@ QS_API const char* qs_status_message(qs_status status);
 
 /* ==== free station ======================================================== */
 
+/* The instrument stands on an unknown mark and sights known points. Every
+ * sighting gives a horizontal direction (a circle reading) and, where the
+ * crew measured them, a slope distance and a zenith angle.
+ *
+ * Plan: X, Y of the station and the orientation of the circle (the azimuth of
+ * its zero) are fitted by least squares to all directions and horizontal
+ * distances, by Gauss-Newton iterations from a closed-form start: a
+ * similarity fit of the sightings with distances when two or more have one,
+ * otherwise an algebraic resection from all directions. The observation
+ * equations are
+ *     direction:  reading + orientation = azimuth(station -> point)
+ *     distance:   horizontal distance   = |point - station| in plan
+ * A slope distance is reduced to the horizontal with its zenith angle,
+ * D = S sin z; without a zenith angle it is taken as horizontal already (as
+ * an instrument that reduces distances delivers it).
+ * The iteration has converged when every correction is at most 1e-6 of the
+ * a priori standard deviation of its unknown.
+ *
+ * Weights: 1 / sigma^2 with the a priori standard deviations: a direction
+ * sigma_direction; a horizontal distance sqrt((sin z s_S)^2 + (S cos z
+ * s_z)^2) with s_S = sigma_distance_mm / 1000 + sigma_distance_ppm 1e-6 S
+ * (just s_S without a zenith angle).
+ *
+ * Height: every sighting with a zenith angle gives a height of the station
+ * mark, H_i = H_point + target_height - dH - instrument_height, with
+ *     dH = S cos z   sigma(dH)^2 = (cos z s_S)^2 + (D s_z)^2    (distance measured)
+ *     dH = D cot z   sigma(dH) = D s_z / sin^2 z                (no distance)
+ * plus, with curvature on, (1 - k) D^2 / (2 R): earth curvature less
+ * refraction, k the refraction coefficient, R the earth radius. D is
+ * S sin z where the distance was measured, otherwise the horizontal distance
+ * from the fitted station (taken as exact). The station height is the
+ * weighted mean of the H_i.
+ *
+ * Standard deviations of the results are the a priori ones scaled by the a
+ * posteriori sigma of unit weight; with no redundancy (0 degrees of freedom,
+ * or a single height) they are the a priori ones.
+ *
+ * Blunders (Baarda's data snooping): for every observation the redundancy
+ * number r = 1 - p a Q a' (its share of the redundancy; they sum to the
+ * degrees of freedom) and the standardized residual w = v / (sigma sqrt(r)),
+ * sigma the a priori standard deviation. An observation with r below 1e-6 is
+ * not checked by the others: its w is 0 and it is never named. The
+ * observation with the largest |w| is reported, flagged when |w| exceeds
+ * the threshold (3.29: two-sided, 0.1 per cent, normal distribution).
+ *
+ * Geometry: the fit is refused (QS_SINGULAR) when the station is not
+ * determined or barely so: with directions alone, on the circle through
+ * three points or in one line with all of them, or near such places. The
+ * measure is the inflation F = trace(Qxy) trace(Nxy) / 4 of the normal
+ * equations (Nxy the plan block of the normal matrix, Qxy that of its
+ * inverse): 1 for an ideal, evenly surrounded station, F grows as the
+ * square of the loss of precision. The fit is refused when F exceeds
+ * QS_MAX_INFLATION at any iteration, that is when the position is more
+ * than 1000 times less precise than the same sightings give from an even
+ * spread; also when a known point lies within 1 mm of the station in plan. */
+
+/** Most sightings qs_free_station takes. */
+#define QS_MAX_SIGHTINGS 10000
+/** Most iterations a caller may allow qs_free_station. */
+#define QS_MAX_ITERATIONS 100
+/** Largest inflation F of the normal equations accepted (see above). */
+#define QS_MAX_INFLATION 1.0e6
+/** Mean earth radius, m, for the curvature correction of heights. */
+#define QS_EARTH_RADIUS 6371000.0
+/** Critical value of |w|: two-sided test at 0.1 per cent. */
+#define QS_BLUNDER_THRESHOLD 3.29
+/** Largest magnitude of a coordinate, height or length taken, m. Bounds on
+ *  inputs keep every intermediate value finite. */
+#define QS_MAX_LENGTH 1.0e9
+
+/** One sighting from the free station to a known point. Every field must be
+ *  finite and in its range, read or not; lengths within +-QS_MAX_LENGTH. */
+typedef struct qs_sighting {
+    double x;              /**< northing of the known point, m */
+    double y;              /**< easting of the known point, m */
+    double h;              /**< elevation of the known point, m */
+    double direction;      /**< horizontal circle reading, arc-seconds (any finite value) */
+    double slope_distance; /**< slope distance, m, > 0 when has_distance */
+    double zenith;         /**< zenith angle, arc-seconds, 1 to 647999 when has_zenith (not
+                                within 1" of the plumb line) */
+    double target_height;  /**< height of the target over the known point, m */
+    int has_distance;      /**< 1: slope_distance was measured; 0: not */
+    int has_zenith;        /**< 1: zenith was measured; 0: not */
+} qs_sighting;
+
+/** How the free station is computed. Every field must be in its range,
+ *  read or not. */
+typedef struct qs_free_station_options {
+    double instrument_height;  /**< height of the instrument axis over the mark, m, within
+                                    +-QS_MAX_LENGTH */
+    double sigma_direction;    /**< a priori standard deviation of a direction, arc-seconds,
+                                    0.001 to 3600 */
+    double sigma_zenith;       /**< a priori standard deviation of a zenith angle,
+                                    arc-seconds, 0.001 to 3600 */
+    double sigma_distance_mm;  /**< constant part of a distance's standard deviation, mm,
+                                    0.01 to 1000 */
+    double sigma_distance_ppm; /**< part proportional to the distance, mm per km, 0 to 1000 */
+    double refraction;         /**< refraction coefficient k, -1 to 1 (0.13 is usual); read
+                                    with curvature on */
+    double earth_radius;       /**< earth radius, m, 1e3 to QS_MAX_LENGTH (QS_EARTH_RADIUS);
+                                    read with curvature on */
+    double blunder_threshold;  /**< critical value of |w|, finite and > 0
+                                    (QS_BLUNDER_THRESHOLD) */
+    int curvature;             /**< 1: correct heights for curvature and refraction; 0: not */
+    int max_iterations;        /**< most Gauss-Newton iterations, 1 to QS_MAX_ITERATIONS
+                                    (20 is ample) */
+} qs_free_station_options;
+
+/** Kinds of observation, as named by the blunder search. */
+enum qs_observation_kind {
+    QS_NO_OBSERVATION = 0, /**< nothing named: no observation is checked by the others */
+    QS_DIRECTION = 1,      /**< a horizontal direction */
+    QS_DISTANCE = 2,       /**< a horizontal distance */
+    QS_HEIGHT = 3          /**< a trigonometric height (zenith angle) */
+};
+
+/** The fitted station. */
+typedef struct qs_free_station_result {
+    double x;                 /**< northing of the station mark, m */
+    double y;                 /**< easting of the station mark, m */
+    double h;                 /**< elevation of the station mark, m; NaN when no zenith
+                                   angle was measured */
+    double orientation;       /**< azimuth of the circle's zero (azimuth = reading +
+                                   orientation), arc-seconds in [0, 1296000) */
+    double sigma_x;           /**< standard deviation of x, m */
+    double sigma_y;           /**< standard deviation of y, m */
+    double sigma_h;           /**< standard deviation of h, m; NaN with h */
+    double sigma_orientation; /**< standard deviation of the orientation, arc-seconds */
+    double sigma0;            /**< a posteriori sigma of unit weight of the plan fit,
+                                   sqrt(v'Pv / dof); 1 when dof is 0 */
+    double sigma0_height;     /**< the same for the heights; 1 with one height or none */
+    double blunder_w;         /**< largest |w| of any observation; 0 when none is checked */
+    int blunder_kind;         /**< kind of that observation, a qs_observation_kind */
+    int blunder_flagged;      /**< 1 when blunder_w exceeds the threshold, else 0 */
+    size_t dof;               /**< degrees of freedom of the plan fit: directions plus
+                                   distances minus 3 */
+    size_t height_count;      /**< number of trigonometric heights (sightings with a
+                                   zenith angle) */
+    size_t blunder_index;     /**< index of the sighting of that observation (0 when none) */
+    size_t iterations;        /**< Gauss-Newton iterations run */
+} qs_free_station_result;
+
+/** What the fit makes of one sighting. Residuals are adjusted minus observed.
+ *  An observation that was not made has residual, redundancy and w all 0. */
+typedef struct qs_sighting_result {
+    double azimuth;              /**< azimuth station -> point, arc-seconds in [0, 1296000) */
+    double horizontal_distance;  /**< station -> point in plan, m */
+    double direction_residual;   /**< arc-seconds */
+    double direction_redundancy; /**< redundancy number, 0 to 1 */
+    double direction_w;          /**< standardized residual */
+    double distance_residual;    /**< m */
+    double distance_redundancy;  /**< redundancy number, 0 to 1 */
+    double distance_w;           /**< standardized residual */
+    double height;               /**< station height from this sighting alone, m */
+    double height_residual;      /**< station height minus this sighting's height, m */
+    double height_redundancy;    /**< redundancy number, 0 to 1 */
+    double height_w;             /**< standardized residual */
+} qs_sighting_result;
+
+/** Free station by least squares from count sightings.
+ *  The station is determined by two sightings with distances or by three
+ *  sightings.
+ *  @param sightings  count sightings, in any order
+ *  @param count      number of sightings, 1 to QS_MAX_SIGHTINGS
+ *  @param options    instrument height, a priori standard deviations, heights
+ *  @param result     the station, its precision and the blunder search
+ *  @param residuals  count records, one per sighting in the same order
+ *  @retval QS_OK             result and residuals written
+ *  @retval QS_BAD_ARGUMENT   count 0 or above QS_MAX_SIGHTINGS; a non-finite
+ *                            field; a flag other than 0 or 1; any field out of
+ *                            its range (a slope distance not above 0, a
+ *                            negative standard deviation, ...); max_iterations
+ *                            outside 1 to QS_MAX_ITERATIONS
+ *  @retval QS_TOO_FEW        fewer than three sightings and fewer than two
+ *                            distances
+ *  @retval QS_SINGULAR       the geometry does not determine the station (see
+ *                            above)
+ *  @retval QS_NO_CONVERGENCE max_iterations did not reach the criterion
+ *  Nothing is written unless QS_OK is returned. */
+QS_API qs_status qs_free_station(const qs_sighting* sightings, size_t count,
+                                 const qs_free_station_options* options,
+                                 qs_free_station_result* result, qs_sighting_result* residuals);
+
+/* Layouts, pinned as those of quillon.h are (size_t is 4 or 8 bytes). */
+QUILLON_SIZE(qs_sighting, 64);
+QUILLON_LAYOUT(qs_sighting, x, 0);
+QUILLON_LAYOUT(qs_sighting, direction, 24);
+QUILLON_LAYOUT(qs_sighting, target_height, 48);
+QUILLON_LAYOUT(qs_sighting, has_distance, 56);
+QUILLON_LAYOUT(qs_sighting, has_zenith, 60);
+QUILLON_SIZE(qs_free_station_options, 72);
+QUILLON_LAYOUT(qs_free_station_options, blunder_threshold, 56);
+QUILLON_LAYOUT(qs_free_station_options, curvature, 64);
+QUILLON_LAYOUT(qs_free_station_options, max_iterations, 68);
+QUILLON_SIZE(qs_free_station_result, 96 + 4 * sizeof(size_t));
+QUILLON_LAYOUT(qs_free_station_result, blunder_w, 80);
+QUILLON_LAYOUT(qs_free_station_result, blunder_kind, 88);
+QUILLON_LAYOUT(qs_free_station_result, blunder_flagged, 92);
+QUILLON_LAYOUT(qs_free_station_result, dof, 96);
+QUILLON_LAYOUT(qs_free_station_result, iterations, 96 + 3 * sizeof(size_t));
+QUILLON_SIZE(qs_sighting_result, 96);
+QUILLON_LAYOUT(qs_sighting_result, height_w, 88);
+
 /* ==== traverse ============================================================ */
+
+/* A traverse runs from a known station A through new stations to a known
+ * end, with a horizontal distance (and optionally a height difference) on
+ * every leg and an angle at every station. Stations are numbered 0 (A) to
+ * leg_count (the end); leg i runs from station i to station i + 1.
+ *
+ * Angles are measured as the instrument measures them: clockwise from the
+ * back station to the forward station, raw (any value, folded here), so the
+ * forward azimuth of leg i is the azimuth of leg i - 1 plus 648000 plus the
+ * angle at station i. At A the back station is the backsight B, at the end
+ * of a link traverse the forward station is the foresight F:
+ *   QS_TRAVERSE_LINK        A with backsight B to a known end E with
+ *                           foresight F. Angles at stations 0 to n (n + 1);
+ *                           the azimuth E -> F carried through them is
+ *                           compared with the known one.
+ *   QS_TRAVERSE_LOOP        A with backsight B round a polygon back to A.
+ *                           Angle at station 0 from B to station 1 (the
+ *                           orientation, not corrected); angles at stations 1
+ *                           to n-1, and at station n (A again) from station
+ *                           n - 1 to station 1. These n polygon angles sum to
+ *                           (n - 2) 648000 (interior) or (n + 2) 648000
+ *                           (exterior); at least 3 legs.
+ *   QS_TRAVERSE_KNOWN_ENDS  A with backsight B to a known end E with no
+ *                           closing orientation: angles at stations 0 to
+ *                           n - 1; no angular check, linear misclosure only.
+ * The angular misclosure (observed minus expected, folded into
+ * [-648000, 648000)) is spread evenly over the angles that close: each gets
+ * -misclosure / (n + 1) (link) or -misclosure / n (loop polygon angles).
+ * The linear misclosure (computed end minus known end) is spread over the
+ * legs by
+ *   QS_COMPASS_RULE  (Bowditch) in proportion to the leg length;
+ *   QS_TRANSIT_RULE  in proportion to |dX| for X and |dY| for Y (by length
+ *                    instead when the increments in that axis are all 0).
+ * Heights: the height misclosure (sum of the height differences minus the
+ * known difference end - start) is spread in proportion to the leg length
+ * (QS_HEIGHTS_BY_LENGTH, levelling weights) or its square
+ * (QS_HEIGHTS_BY_LENGTH_SQUARED, trigonometric heights). */
+
+/** Most legs qs_traverse_adjust takes. */
+#define QS_MAX_TRAVERSE_LEGS 100000
+
+/** Forms of traverse. */
+enum qs_traverse_kind {
+    QS_TRAVERSE_LINK = 0,      /**< known station and orientation at both ends */
+    QS_TRAVERSE_LOOP = 1,      /**< closed loop back to the start */
+    QS_TRAVERSE_KNOWN_ENDS = 2 /**< known stations at both ends, orientation at the start only */
+};
+
+/** Rules for the linear misclosure. */
+enum qs_traverse_rule {
+    QS_COMPASS_RULE = 0, /**< by leg length (Bowditch) */
+    QS_TRANSIT_RULE = 1  /**< by the absolute coordinate increments */
+};
+
+/** Rules for the height misclosure. */
+enum qs_height_rule {
+    QS_HEIGHTS_NONE = 0,             /**< no height differences: heights not carried */
+    QS_HEIGHTS_BY_LENGTH = 1,        /**< in proportion to the leg length */
+    QS_HEIGHTS_BY_LENGTH_SQUARED = 2 /**< in proportion to its square */
+};
+
+/** The known points of a traverse. Every field must be within
+ *  +-QS_MAX_LENGTH, read or not. */
+typedef struct qs_traverse_ends {
+    SurveyPoint start;           /**< known first station A, m */
+    SurveyPoint start_backsight; /**< known point sighted back from A, m (H not read) */
+    SurveyPoint end;             /**< known last station E, m (not read for a loop) */
+    SurveyPoint end_foresight;   /**< known point sighted forward from E, m (link only;
+                                      H not read) */
+} qs_traverse_ends;
+
+/** Observations at one station of a traverse. Every field must be finite,
+ *  the lengths within +-QS_MAX_LENGTH, read or not. */
+typedef struct qs_traverse_station {
+    double angle;             /**< clockwise angle from the back station to the forward
+                                   station, arc-seconds */
+    double distance;          /**< horizontal length of the leg to the next station, m,
+                                   > 0 (not read at the last station) */
+    double height_difference; /**< H of the next station minus H of this one, m (read
+                                   with a height rule; not at the last station) */
+} qs_traverse_station;
+
+/** Closure of a traverse. */
+typedef struct qs_traverse_result {
+    double angular_misclosure;  /**< observed minus expected, arc-seconds (0 for known ends) */
+    double angle_correction;    /**< added to every closing angle, arc-seconds */
+    double computed_closing;    /**< link: azimuth E -> F carried from the raw angles; loop:
+                                     sum of the raw polygon angles; arc-seconds (0 for
+                                     known ends) */
+    double expected_closing;    /**< link: known azimuth E -> F; loop: (n -/+ 2) 648000;
+                                     arc-seconds (0 for known ends) */
+    double misclosure_x;        /**< computed end X minus known end X, m */
+    double misclosure_y;        /**< computed end Y minus known end Y, m */
+    double misclosure;          /**< linear misclosure, m */
+    double relative_misclosure; /**< misclosure / total length */
+    double precision_ratio;     /**< N of the precision 1 : N, total length / misclosure;
+                                     +infinity when the traverse closes exactly */
+    double height_misclosure;   /**< sum of height differences minus known end H - start H,
+                                     m (0 with QS_HEIGHTS_NONE) */
+    double total_length;        /**< sum of the leg lengths, m */
+} qs_traverse_result;
+
+/** Closes and adjusts a traverse.
+ *  @param kind        a qs_traverse_kind
+ *  @param ends        the known points
+ *  @param stations    leg_count + 1 records, station 0 (A) to station leg_count
+ *  @param leg_count   number of legs, 1 to QS_MAX_TRAVERSE_LEGS (3 or more
+ *                     for a loop)
+ *  @param rule        a qs_traverse_rule
+ *  @param height_rule a qs_height_rule
+ *  @param result      the misclosures
+ *  @param adjusted    leg_count + 1 points: the adjusted stations, station 0
+ *                     being A itself. H is adjusted with a height rule;
+ *                     with QS_HEIGHTS_NONE the H of A and of the known end
+ *                     are copied and those between are NaN
+ *  @retval QS_OK            result and adjusted written
+ *  @retval QS_BAD_ARGUMENT  kind, rule or height_rule unknown; leg_count 0
+ *                           or above QS_MAX_TRAVERSE_LEGS; a non-finite field
+ *                           or a length out of range; a leg distance not
+ *                           above 0
+ *  @retval QS_TOO_FEW       a loop of fewer than 3 legs
+ *  @retval QS_SINGULAR      A and its backsight coincide in plan, or (link)
+ *                           E and its foresight do
+ *  Nothing is written unless QS_OK is returned. */
+QS_API qs_status qs_traverse_adjust(int kind, const qs_traverse_ends* ends,
+                                    const qs_traverse_station* stations, size_t leg_count, int rule,
+                                    int height_rule, qs_traverse_result* result,
+                                    SurveyPoint* adjusted);
+
+QUILLON_SIZE(qs_traverse_ends, 96);
+QUILLON_LAYOUT(qs_traverse_ends, start_backsight, 24);
+QUILLON_LAYOUT(qs_traverse_ends, end_foresight, 72);
+QUILLON_SIZE(qs_traverse_station, 24);
+QUILLON_LAYOUT(qs_traverse_station, height_difference, 16);
+QUILLON_SIZE(qs_traverse_result, 88);
+QUILLON_LAYOUT(qs_traverse_result, total_length, 80);
 
 /* ==== transition curves =================================================== */
 
