@@ -413,6 +413,83 @@ def report(placed, name):
           f"{float(norm(last.az_end) * 648000 / pi):.6f}")
 
 
+# ---- observations of a free station and a traverse ------------------------------
+
+SEC = pi / 648000
+
+
+def az(a, b):
+    return norm(mp.atan2(b[1] - a[1], b[0] - a[0]))
+
+
+def packed_dms(radians):
+    """ddd.mmsss: degrees, two digits of minutes, seconds to 0.1"."""
+    tenths = int(mp.nint(norm(radians) / SEC * 10))
+    d, rest = divmod(tenths, 36000)
+    m, t = divmod(rest, 600)
+    return f"{d}.{m:02d}{t:03d}"
+
+
+def observations():
+    # The crew set up on an unknown mark near the road and sighted six known
+    # points; small errors of a good instrument, and the direction to P4
+    # read 30" wrong.
+    station = (mpf("5075.2480"), mpf("2212.6150"), mpf("49.8370"))
+    ih = mpf("1.550")
+    orientation = mpf("37.25") * pi / 180
+    known = [("P1", "5160.4200", "2105.3310", "52.1180", "1.600"),
+             ("P2", "5188.9050", "2297.4420", "53.4020", "1.600"),
+             ("P3", "5090.1130", "2355.7680", "50.0060", "1.800"),
+             ("P4", "4982.6640", "2290.1110", "47.9930", "1.600"),
+             ("P5", "4975.3070", "2150.9420", "48.2310", "1.800"),
+             ("P6", "5040.7790", "2091.6050", "50.7750", "1.600")]
+    errors = [(0.8, 0.0012, -0.6), (-0.5, -0.0008, 0.9), (0.3, 0.0005, -1.1),
+              (30.4, -0.0010, 0.4), (-1.0, 0.0009, 0.7), (0.6, -0.0004, -0.3)]
+    rows = ["name,X,Y,H,direction,distance,zenith,target_height"]
+    for (name, x, y, h, th), (e_dir, e_dist, e_zen) in zip(known, errors):
+        p = (mpf(x), mpf(y), mpf(h))
+        d = sqrt((p[0] - station[0]) ** 2 + (p[1] - station[1]) ** 2)
+        dh = p[2] + mpf(th) - station[2] - ih
+        slope = sqrt(d * d + dh * dh)
+        zenith = mp.atan2(d, dh)
+        reading = az(station, p) - orientation + e_dir * SEC
+        rows.append(f"{name},{x},{y},{h},{packed_dms(reading)},{fmt(slope + e_dist, 4)},"
+                    f"{packed_dms(zenith + e_zen * SEC)},{th}")
+    write("examples/data/station.csv", "\n".join(rows) + "\n")
+    print(f"  station {float(station[0]):.4f} {float(station[1]):.4f} {float(station[2]):.4f}, "
+          f"orientation {float(orientation / SEC):.1f}\"")
+
+    # A link traverse from A (backsight B) through three new stations to E
+    # (foresight F), measured with errors of a few seconds and millimetres.
+    b = (mpf("5402.1150"), mpf("1811.4040"))
+    pts = [("A", (mpf("5300.0000"), mpf("2000.0000"), mpf("52.3100"))),
+           ("T1", (mpf("5262.3452"), mpf("2140.1118"), mpf("53.0044"))),
+           ("T2", (mpf("5205.6781"), mpf("2290.4563"), mpf("52.4497"))),
+           ("T3", (mpf("5220.9120"), mpf("2455.7889"), mpf("51.0031"))),
+           ("E", (mpf("5180.0000"), mpf("2620.0000"), mpf("50.1200")))]
+    f = (mpf("5261.7730"), mpf("2899.3380"))
+    angle_errors = [2.1, -3.4, 1.8, 2.7, -1.5]
+    dist_errors = [0.004, -0.006, 0.003, 0.005]
+    dh_errors = [0.003, -0.002, 0.004, 0.001]
+    rows = ["name,X,Y,H,angle,distance,dh", f"B,{fmt(b[0])},{fmt(b[1])},,,,"]
+    for i, (name, p) in enumerate(pts):
+        back = b if i == 0 else pts[i - 1][1]
+        ahead = f if i == len(pts) - 1 else pts[i + 1][1]
+        angle = az(p, ahead) - az(p, back) + angle_errors[i] * SEC
+        if i < len(pts) - 1:
+            q = pts[i + 1][1]
+            leg = sqrt((q[0] - p[0]) ** 2 + (q[1] - p[1]) ** 2) + dist_errors[i]
+            dh = q[2] - p[2] + dh_errors[i]
+            obs = f"{packed_dms(angle)},{fmt(leg, 3)},{fmt(dh, 3)}"
+        else:
+            obs = f"{packed_dms(angle)},,"
+        known_xy = f"{fmt(p[0])},{fmt(p[1])},{fmt(p[2])}" if name in ("A", "E") else ",,"
+        rows.append(f"{name},{known_xy},{obs}")
+    rows.append(f"F,{fmt(f[0])},{fmt(f[1])},,,,")
+    write("examples/data/traverse.csv", "\n".join(rows) + "\n")
+
+
 if __name__ == "__main__":
     example()
+    observations()
     test_designs()

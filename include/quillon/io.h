@@ -237,6 +237,63 @@ QIO_API void qio_points_free(qio_points* points);
  *  a header only). Returns NULL when there are none. */
 QIO_API const qio_point* qio_points_rows(const qio_points* points, size_t* count);
 
+/* ==== tables (CSV) ======================================================== */
+
+/* Any delimited file with a header row, read by the same rules as a point
+ * file (UTF-8, commas or semicolons, quotes, '#' comments): the observation
+ * files of a free station or a traverse, say. Every row has as many cells
+ * as the header. */
+
+/** A loaded table. */
+typedef struct qio_table qio_table;
+
+/** Reads a table (path in the system's encoding).
+ *  Returns QIO_OK and *table (free with qio_table_free); QIO_CANNOT_READ;
+ *  QIO_MALFORMED for a row whose cell count differs from the header's, a
+ *  quote left open, text that is not UTF-8 or a file without a header;
+ *  QIO_BAD_ARGUMENT for a null path or table; QIO_NO_MEMORY. On failure
+ *  *table is unchanged and *error (when not null) names the file and line. */
+QIO_API qio_status qio_table_read_file(const char* path, qio_table** table, qio_error* error);
+
+/** As qio_table_read_file, from size bytes in memory (copied). name (may be
+ *  null: "<memory>") stands for the file in messages. */
+QIO_API qio_status qio_table_read_buffer(const void* data, size_t size, const char* name,
+                                         qio_table** table, qio_error* error);
+
+/** Frees a table; null is allowed. */
+QIO_API void qio_table_free(qio_table* table);
+
+/** Number of columns (header cells). */
+QIO_API size_t qio_table_column_count(const qio_table* table);
+
+/** Number of rows after the header. */
+QIO_API size_t qio_table_row_count(const qio_table* table);
+
+/** Heading of a column, UTF-8; NULL when column is out of range. */
+QIO_API const char* qio_table_heading(const qio_table* table, size_t column);
+
+/** Column whose heading is name, compared without regard to ASCII case.
+ *  Returns QIO_OK and *column; QIO_NOT_FOUND when no heading matches;
+ *  QIO_MALFORMED when two do; QIO_BAD_ARGUMENT for a null argument
+ *  (*column unchanged on failure). */
+QIO_API qio_status qio_table_find_column(const qio_table* table, const char* name, size_t* column);
+
+/** A cell, UTF-8, spaces around it trimmed ("" when empty); NULL when row
+ *  or column is out of range. */
+QIO_API const char* qio_table_cell(const qio_table* table, size_t row, size_t column);
+
+/** Line of a row in the file; 0 when row is out of range. */
+QIO_API size_t qio_table_row_line(const qio_table* table, size_t row);
+
+/** A cell as a number (with semicolons as separators a decimal comma is
+ *  read as a point).
+ *  Returns QIO_OK and *value; QIO_MALFORMED when the cell is empty or not a
+ *  finite number, *error naming the file, line, column and text;
+ *  QIO_NOT_FOUND for a row or column out of range; QIO_BAD_ARGUMENT for a
+ *  null table or value (*value unchanged on failure). */
+QIO_API qio_status qio_table_number(const qio_table* table, size_t row, size_t column,
+                                    double* value, qio_error* error);
+
 #ifdef __cplusplus
 }
 #endif

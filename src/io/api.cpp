@@ -2,6 +2,7 @@
 // exception stopped here and turned into a status and a message.
 #include "quillon/io.h"
 
+#include "csv.hpp"
 #include "landxml.hpp"
 #include "points.hpp"
 #include "source.hpp"
@@ -13,6 +14,10 @@
 
 struct qio_design {
     quillon::io::DesignData data;
+};
+
+struct qio_table {
+    quillon::io::CsvTable data;
 };
 
 struct qio_points {
@@ -251,6 +256,111 @@ const qio_point* qio_points_rows(const qio_points* points, size_t* count)
         *count = n;
     }
     return n == 0 ? nullptr : points->records.data();
+}
+
+qio_status qio_table_read_buffer(const void* data, size_t size, const char* name, qio_table** table,
+                                 qio_error* error)
+{
+    if ((data == nullptr && size > 0) || table == nullptr) {
+        report(error, 0, std::string(memory_name(name)) + ": no buffer or no table to fill");
+        return QIO_BAD_ARGUMENT;
+    }
+    return guarded(error, memory_name(name), [&] {
+        *table = new qio_table{quillon::io::read_csv(
+            memory_name(name), std::string_view(static_cast<const char*>(data), size))};
+    });
+}
+
+qio_status qio_table_read_file(const char* path, qio_table** table, qio_error* error)
+{
+    if (path == nullptr || table == nullptr) {
+        report(error, 0, "no path or no table to fill");
+        return QIO_BAD_ARGUMENT;
+    }
+    return guarded(error, path, [&] {
+        const std::string bytes = quillon::io::read_bytes(path);
+        *table = new qio_table{quillon::io::read_csv(path, bytes)};
+    });
+}
+
+void qio_table_free(qio_table* table) { delete table; }
+
+size_t qio_table_column_count(const qio_table* table)
+{
+    return table == nullptr ? 0 : table->data.header.size();
+}
+
+size_t qio_table_row_count(const qio_table* table)
+{
+    return table == nullptr ? 0 : table->data.rows.size();
+}
+
+const char* qio_table_heading(const qio_table* table, size_t column)
+{
+    if (table == nullptr || column >= table->data.header.size()) {
+        return nullptr;
+    }
+    return table->data.header[column].c_str();
+}
+
+qio_status qio_table_find_column(const qio_table* table, const char* name, size_t* column)
+{
+    if (table == nullptr || name == nullptr || column == nullptr) {
+        return QIO_BAD_ARGUMENT;
+    }
+    long found = -1;
+    const qio_status status = guarded(nullptr, table->data.source.name().c_str(),
+                                      [&] { found = quillon::io::column(table->data, name); });
+    if (status != QIO_OK) {
+        return status;
+    }
+    if (found < 0) {
+        return QIO_NOT_FOUND;
+    }
+    *column = static_cast<size_t>(found);
+    return QIO_OK;
+}
+
+const char* qio_table_cell(const qio_table* table, size_t row, size_t column)
+{
+    if (table == nullptr || row >= table->data.rows.size() || column >= table->data.header.size()) {
+        return nullptr;
+    }
+    return table->data.rows[row].fields[column].c_str();
+}
+
+size_t qio_table_row_line(const qio_table* table, size_t row)
+{
+    if (table == nullptr || row >= table->data.rows.size()) {
+        return 0;
+    }
+    return table->data.rows[row].line;
+}
+
+qio_status qio_table_number(const qio_table* table, size_t row, size_t column, double* value,
+                            qio_error* error)
+{
+    if (table == nullptr || value == nullptr) {
+        report(error, 0, "no table or no value to fill");
+        return QIO_BAD_ARGUMENT;
+    }
+    const quillon::io::CsvTable& t = table->data;
+    if (row >= t.rows.size() || column >= t.header.size()) {
+        report(error, 0,
+               t.source.name() + ": no cell at row " + std::to_string(row) + ", column " +
+                   std::to_string(column));
+        return QIO_NOT_FOUND;
+    }
+    const std::string& cell = t.rows[row].fields[column];
+    double number = 0.0;
+    if (!quillon::io::field_number(t, cell, number)) {
+        report(error, t.rows[row].line,
+               t.source.message(t.rows[row].line,
+                                t.header[column] + " \"" + cell + "\" is not a number"));
+        return QIO_MALFORMED;
+    }
+    *value = number;
+    return QIO_OK;
 }
 
 } // extern "C"

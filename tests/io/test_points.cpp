@@ -164,3 +164,63 @@ TEST(PointFiles, FromAFileAsFromMemory)
 }
 
 } // namespace
+
+namespace {
+
+// Tables: the same reading rules, cells by heading, numbers with the line.
+TEST(Tables, CellsByHeadingAndNumbersWithTheirLine)
+{
+    const std::string text = "# sightings\nName;Direction;Distance\nP1;12,5;100\nP2;;x\n";
+    qio_table* table = nullptr;
+    qio_error error{};
+    ASSERT_EQ(qio_table_read_buffer(text.data(), text.size(), "obs.csv", &table, &error), QIO_OK)
+        << error.message;
+    const std::unique_ptr<qio_table, void (*)(qio_table*)> owned(table, qio_table_free);
+    EXPECT_EQ(qio_table_column_count(table), 3u);
+    EXPECT_EQ(qio_table_row_count(table), 2u);
+    EXPECT_STREQ(qio_table_heading(table, 1), "Direction");
+    EXPECT_EQ(qio_table_heading(table, 3), nullptr);
+    std::size_t column = 99;
+    EXPECT_EQ(qio_table_find_column(table, "distance", &column), QIO_OK);
+    EXPECT_EQ(column, 2u);
+    EXPECT_EQ(qio_table_find_column(table, "zenith", &column), QIO_NOT_FOUND);
+    EXPECT_EQ(column, 2u);
+    EXPECT_STREQ(qio_table_cell(table, 1, 0), "P2");
+    EXPECT_STREQ(qio_table_cell(table, 1, 1), "");
+    EXPECT_EQ(qio_table_cell(table, 2, 0), nullptr);
+    EXPECT_EQ(qio_table_row_line(table, 1), 4u);
+    EXPECT_EQ(qio_table_row_line(table, 2), 0u);
+
+    double value = -1.0;
+    EXPECT_EQ(qio_table_number(table, 0, 1, &value, &error), QIO_OK);
+    EXPECT_EQ(value, 12.5);
+    value = -1.0;
+    EXPECT_EQ(qio_table_number(table, 1, 2, &value, &error), QIO_MALFORMED);
+    EXPECT_STREQ(error.message, "obs.csv:4: Distance \"x\" is not a number");
+    EXPECT_EQ(error.line, 4u);
+    EXPECT_EQ(qio_table_number(table, 1, 1, &value, &error), QIO_MALFORMED);
+    EXPECT_EQ(qio_table_number(table, 0, 3, &value, &error), QIO_NOT_FOUND);
+    EXPECT_EQ(value, -1.0);
+    EXPECT_EQ(qio_table_number(nullptr, 0, 0, &value, nullptr), QIO_BAD_ARGUMENT);
+}
+
+TEST(Tables, BadFilesAreRefused)
+{
+    qio_table* sentinel = reinterpret_cast<qio_table*>(0x9abc);
+    qio_table* table = sentinel;
+    qio_error error{};
+    const std::string text = "a,b,A\n1,2,3\n";
+    ASSERT_EQ(qio_table_read_buffer(text.data(), text.size(), "t.csv", &table, &error), QIO_OK);
+    std::size_t column = 0;
+    EXPECT_EQ(qio_table_find_column(table, "a", &column), QIO_MALFORMED);
+    EXPECT_EQ(qio_table_find_column(table, nullptr, &column), QIO_BAD_ARGUMENT);
+    qio_table_free(table);
+    table = sentinel;
+    EXPECT_EQ(qio_table_read_buffer("a,b\n1\n", 6, "t.csv", &table, &error), QIO_MALFORMED);
+    EXPECT_STREQ(error.message, "t.csv:2: the row has 1 fields, the header 2 (separator ',')");
+    EXPECT_EQ(qio_table_read_file("/nonexistent/t.csv", &table, &error), QIO_CANNOT_READ);
+    EXPECT_EQ(qio_table_read_file(nullptr, &table, nullptr), QIO_BAD_ARGUMENT);
+    EXPECT_EQ(table, sentinel);
+}
+
+} // namespace
