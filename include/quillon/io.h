@@ -1,10 +1,13 @@
-/*
- * quillon/io.h - road designs and point files in, for the office tool.
+/**
+ * @file quillon/io.h
+ * @brief Road designs and point files in, for the office tool: LandXML 1.2
+ *        alignments and profiles as the device's element tables, and CSV
+ *        point and observation files.
  *
- * Reads LandXML 1.2 road designs (alignments with their profiles) into the
- * device's own element tables - HElement for the plan, VElement for the
- * profile - so that the same design drives the instrument and the survey
- * layer, and reads point files (CSV) into named points.
+ * Reads LandXML 1.2 road designs (and Inframodel, the national profile of
+ * it) into the device's own element tables - HElement for the plan,
+ * VElement for the profile - so that the same design drives the instrument
+ * and the survey layer; reads point files and other delimited tables.
  *
  * Units and conventions
  *   - Lengths in metres: a file in US survey feet (1200/3937 m) or in feet,
@@ -15,13 +18,20 @@
  *     the survey layer reads them.
  *   - Chainage: the continuous distance along the alignment plus its start
  *     station (LandXML's "internal station"); HElement.Chainage and
- *     VElement.Chainage hold it. Where a station equation applies, the
- *     station a design drawing prints differs from the chainage:
- *     qio_alignment_station converts.
+ *     VElement.Chainage hold it, and so do the stations of a profile. Where
+ *     a station equation applies, the station a design drawing prints
+ *     differs from the chainage: qio_alignment_station converts.
+ *
+ * Geometry: every element is taken from its own points (start, end, centre,
+ * PI) with the length and radius the file gives; dir values only check it.
+ * The elements are then joined end to end into one line fitted to all the
+ * file's points (continuous in position and direction but at the file's
+ * angle points); where that line would pass more than QIO_TOLERANCE from a
+ * point of the file, each element keeps the start the file gives it.
  *
  * Memory: a loaded file is an opaque handle that owns every table, string
  * and row it hands out; they stay valid until the handle is freed and are
- * never to be freed by the caller. Each handle may be read from several
+ * never to be freed by the caller. A handle may be read from several
  * threads at once; nothing in the library is global.
  *
  * Errors: every reading function returns a qio_status and, when the caller
@@ -37,6 +47,12 @@
 #include <quillon.h>
 
 /* ---- export macro ------------------------------------------------------ */
+/** @def QIO_API
+ *  Marks the functions of this header for export from the shared library
+ *  and import into its callers; empty for the static library, which
+ *  callers select by defining QUILLON_IO_STATIC (CMake's Quillon::io_static
+ *  does). QUILLON_IO_BUILDING is defined only while the library itself is
+ *  built. */
 #if defined(QUILLON_IO_STATIC)
 #define QIO_API
 #elif defined(_WIN32) || defined(__CYGWIN__)
@@ -97,9 +113,10 @@ typedef struct qio_error {
                                          cut at a character boundary when too long */
 } qio_error;
 
-/** A short English text for a status ("success", "cannot read", ...); a
- *  value outside the enumeration gives "unknown status". Static, never
- *  freed. */
+/** A short English text for a status.
+ *  @param status any value
+ *  @return "success", "cannot read the file", ...; "unknown status" for a
+ *          value outside the enumeration. Static, never freed. */
 QIO_API const char* qio_status_message(qio_status status);
 
 /* ==== road designs (LandXML) ============================================== */
@@ -137,59 +154,105 @@ typedef struct qio_alignment {
     size_t equation_count;   /**< number of station equations */
 } qio_alignment;
 
-/** Reads a LandXML file (path in the system's encoding).
- *  Returns QIO_OK and *design (free it with qio_design_free);
- *  QIO_CANNOT_READ when the file cannot be opened or read; QIO_MALFORMED
- *  for XML that is not well formed, a root element other than LandXML or a
- *  file with no alignment; QIO_UNSUPPORTED for an unknown encoding or
- *  unit; QIO_BAD_ARGUMENT for a null path or design; QIO_NO_MEMORY.
- *  An alignment the reader refuses does not fail the file: its status comes
- *  with qio_design_alignment. On failure *design is unchanged and *error
- *  (when error is not null) holds the message. */
+/** Reads a LandXML file. An alignment the reader refuses does not fail the
+ *  file: its status comes with qio_design_alignment.
+ *  @param path   the file, in the system's encoding
+ *  @param design receives the loaded design; free it with qio_design_free
+ *  @param error  receives the message and line on failure; may be null
+ *  @retval QIO_OK           *design written
+ *  @retval QIO_CANNOT_READ  the file cannot be opened or read
+ *  @retval QIO_MALFORMED    XML that is not well formed, a root element
+ *          other than LandXML, a foreign namespace, no alignment
+ *  @retval QIO_UNSUPPORTED  an encoding other than UTF-8, ISO-8859-1 and
+ *          windows-1252, or a unit the reader does not know
+ *  @retval QIO_BAD_ARGUMENT path or design null
+ *  @retval QIO_NO_MEMORY    memory ran out
+ *  On failure *design is unchanged. */
 QIO_API qio_status qio_landxml_read_file(const char* path, qio_design** design, qio_error* error);
 
-/** As qio_landxml_read_file, from size bytes in memory (copied; data may be
- *  freed afterwards). name (may be null: "<memory>") stands for the file
- *  in messages. */
+/** As qio_landxml_read_file, from bytes in memory.
+ *  @param data   the file's bytes (copied: they may be freed afterwards);
+ *                may be null when size is 0
+ *  @param size   number of bytes
+ *  @param name   stands for the file in messages; null gives "<memory>"
+ *  @param design receives the loaded design; free it with qio_design_free
+ *  @param error  receives the message and line on failure; may be null
+ *  @return the statuses of qio_landxml_read_file, QIO_CANNOT_READ aside;
+ *          QIO_BAD_ARGUMENT also for null data with a size. On failure
+ *          *design is unchanged. */
 QIO_API qio_status qio_landxml_read_buffer(const void* data, size_t size, const char* name,
                                            qio_design** design, qio_error* error);
 
-/** Frees a design and everything it handed out; null is allowed. */
+/** Frees a design and everything it handed out.
+ *  @param design a design from a reading function, or null (nothing done) */
 QIO_API void qio_design_free(qio_design* design);
 
-/** Number of Alignment elements in the file (refused ones included). */
+/** Number of alignments of a design.
+ *  @param design a design, or null
+ *  @return the Alignment elements of the file, refused ones included; 0
+ *          for null */
 QIO_API size_t qio_design_alignment_count(const qio_design* design);
 
-/** Name of alignment index (0-based), UTF-8; NULL when index is out of
- *  range. Valid for refused alignments too. */
+/** Name of an alignment, valid for refused alignments too.
+ *  @param design a design
+ *  @param index  0 to qio_design_alignment_count - 1
+ *  @return the name, UTF-8 ("" when the file gives none); NULL when index
+ *          is out of range or design null */
 QIO_API const char* qio_design_alignment_name(const qio_design* design, size_t index);
 
-/** Index of the first alignment named name (UTF-8, compared exactly).
- *  Returns QIO_OK and *index; QIO_NOT_FOUND when none has that name;
- *  QIO_BAD_ARGUMENT for a null argument (*index unchanged on failure). */
+/** Index of the first alignment of a name.
+ *  @param design a design
+ *  @param name   the name, UTF-8, compared exactly
+ *  @param index  receives the index
+ *  @retval QIO_OK           *index written
+ *  @retval QIO_NOT_FOUND    no alignment has that name
+ *  @retval QIO_BAD_ARGUMENT an argument null
+ *  *index is unchanged on failure. */
 QIO_API qio_status qio_design_find(const qio_design* design, const char* name, size_t* index);
 
-/** Alignment index (0-based) as the device's tables.
- *  Returns QIO_OK and *out; QIO_NOT_FOUND for an index out of range;
- *  QIO_BAD_ARGUMENT for a null design or out; or the status with which the
- *  reader refused this alignment (QIO_MALFORMED, QIO_UNSUPPORTED,
- *  QIO_INCONSISTENT), the message naming the element and its line.
- *  On failure *out is unchanged and *error (when not null) holds the
- *  message. */
+/** An alignment as the device's tables.
+ *  @param design a design
+ *  @param index  0 to qio_design_alignment_count - 1
+ *  @param out    receives the alignment; its pointers stay valid until the
+ *                design is freed
+ *  @param error  receives the message and line on failure; may be null
+ *  @retval QIO_OK           *out written
+ *  @retval QIO_NOT_FOUND    index out of range
+ *  @retval QIO_BAD_ARGUMENT design or out null
+ *  @retval QIO_MALFORMED    the reader refused the alignment: a required
+ *          value missing or not a number
+ *  @retval QIO_UNSUPPORTED  the reader refused the alignment: an element it
+ *          does not read (IrregularLine, Chain, UnsymParaCurve, ...), a
+ *          spiral that is not a clothoid or runs between two finite radii
+ *  @retval QIO_INCONSISTENT the reader refused the alignment: a gap between
+ *          elements, a length, centre, PI or dir that does not fit, vertical
+ *          curves that overlap (all beyond QIO_TOLERANCE)
+ *  *out is unchanged on failure; the message names the element and line. */
 QIO_API qio_status qio_design_alignment(const qio_design* design, size_t index, qio_alignment* out,
                                         qio_error* error);
 
-/** Station at a chainage (m) of an alignment: the chainage itself before
- *  the first station equation, else the last equation's station_ahead plus
- *  the distance from it. A non-finite chainage is returned unchanged. */
+/** Station of a chainage, as a drawing prints it.
+ *  @param alignment an alignment from qio_design_alignment
+ *  @param chainage  m
+ *  @return the chainage itself before the first station equation, else the
+ *          last equation's station_ahead plus the distance from its
+ *          chainage, m; a non-finite chainage (or a null alignment) gives
+ *          the chainage unchanged */
 QIO_API double qio_alignment_station(const qio_alignment* alignment, double chainage);
 
-/** Number of notes the reader left: what it decided about the file without
- *  refusing it (a gap bridged, a short line kept on its tangent, the
- *  convention its dir values turned out to follow, units converted). */
+/** Number of notes the reader left about a design: what it decided without
+ *  refusing (units converted, the convention its dir values follow, a line
+ *  shorter than QIO_SHORT_LINE kept on its tangent, the elements joined or
+ *  their gaps, a profile that does not cover the alignment).
+ *  @param design a design, or null
+ *  @return the number of notes; 0 for null */
 QIO_API size_t qio_design_note_count(const qio_design* design);
 
-/** Note index, "FILE:LINE: text" in UTF-8; NULL when out of range. */
+/** A note of the reader.
+ *  @param design a design
+ *  @param index  0 to qio_design_note_count - 1
+ *  @return "FILE:LINE: text" in UTF-8; NULL when index is out of range or
+ *          design null */
 QIO_API const char* qio_design_note(const qio_design* design, size_t index);
 
 /* ==== point files (CSV) =================================================== */
@@ -216,25 +279,42 @@ typedef struct qio_point {
     int has_height;   /**< 1 when the row gives H, 0 when the column is absent or empty */
 } qio_point;
 
-/** Reads a point file (path in the system's encoding).
- *  Returns QIO_OK and *points (free with qio_points_free); QIO_CANNOT_READ;
- *  QIO_MALFORMED for a header without name, X or Y, a row with a field
- *  count that does not match the header, an empty name, a coordinate that
- *  is not a finite number, text that is not UTF-8; QIO_BAD_ARGUMENT for a
- *  null path or points; QIO_NO_MEMORY. On failure *points is unchanged and
- *  *error (when not null) names the file and line. */
+/** Reads a point file.
+ *  @param path   the file, in the system's encoding
+ *  @param points receives the loaded file; free it with qio_points_free
+ *  @param error  receives the message and line on failure; may be null
+ *  @retval QIO_OK           *points written
+ *  @retval QIO_CANNOT_READ  the file cannot be opened or read
+ *  @retval QIO_MALFORMED    no header, or one without name, X or Y; a
+ *          column named twice; a row whose field count differs from the
+ *          header's; an empty name; an X, Y or H that is not a finite
+ *          number; a quote left open; text that is not UTF-8
+ *  @retval QIO_BAD_ARGUMENT path or points null
+ *  @retval QIO_NO_MEMORY    memory ran out
+ *  On failure *points is unchanged. */
 QIO_API qio_status qio_points_read_file(const char* path, qio_points** points, qio_error* error);
 
-/** As qio_points_read_file, from size bytes in memory (copied). name (may
- *  be null: "<memory>") stands for the file in messages. */
+/** As qio_points_read_file, from bytes in memory.
+ *  @param data   the file's bytes (copied); may be null when size is 0
+ *  @param size   number of bytes
+ *  @param name   stands for the file in messages; null gives "<memory>"
+ *  @param points receives the loaded file; free it with qio_points_free
+ *  @param error  receives the message and line on failure; may be null
+ *  @return the statuses of qio_points_read_file, QIO_CANNOT_READ aside;
+ *          QIO_BAD_ARGUMENT also for null data with a size. On failure
+ *          *points is unchanged. */
 QIO_API qio_status qio_points_read_buffer(const void* data, size_t size, const char* name,
                                           qio_points** points, qio_error* error);
 
-/** Frees a point file and its rows; null is allowed. */
+/** Frees a point file and its rows.
+ *  @param points a loaded point file, or null (nothing done) */
 QIO_API void qio_points_free(qio_points* points);
 
-/** The rows in file order; *count receives their number (0 for a file with
- *  a header only). Returns NULL when there are none. */
+/** The rows of a point file, in file order.
+ *  @param points a loaded point file, or null
+ *  @param count  receives the number of rows (0 for a header only or a
+ *                null file); may be null
+ *  @return the first row; NULL when there is none */
 QIO_API const qio_point* qio_points_rows(const qio_points* points, size_t* count);
 
 /* ==== tables (CSV) ======================================================== */
@@ -247,50 +327,90 @@ QIO_API const qio_point* qio_points_rows(const qio_points* points, size_t* count
 /** A loaded table. */
 typedef struct qio_table qio_table;
 
-/** Reads a table (path in the system's encoding).
- *  Returns QIO_OK and *table (free with qio_table_free); QIO_CANNOT_READ;
- *  QIO_MALFORMED for a row whose cell count differs from the header's, a
- *  quote left open, text that is not UTF-8 or a file without a header;
- *  QIO_BAD_ARGUMENT for a null path or table; QIO_NO_MEMORY. On failure
- *  *table is unchanged and *error (when not null) names the file and line. */
+/** Reads a table.
+ *  @param path  the file, in the system's encoding
+ *  @param table receives the loaded table; free it with qio_table_free
+ *  @param error receives the message and line on failure; may be null
+ *  @retval QIO_OK           *table written
+ *  @retval QIO_CANNOT_READ  the file cannot be opened or read
+ *  @retval QIO_MALFORMED    no header; a row whose cell count differs from
+ *          the header's; a quote left open; text that is not UTF-8
+ *  @retval QIO_BAD_ARGUMENT path or table null
+ *  @retval QIO_NO_MEMORY    memory ran out
+ *  On failure *table is unchanged. */
 QIO_API qio_status qio_table_read_file(const char* path, qio_table** table, qio_error* error);
 
-/** As qio_table_read_file, from size bytes in memory (copied). name (may be
- *  null: "<memory>") stands for the file in messages. */
+/** As qio_table_read_file, from bytes in memory.
+ *  @param data  the file's bytes (copied); may be null when size is 0
+ *  @param size  number of bytes
+ *  @param name  stands for the file in messages; null gives "<memory>"
+ *  @param table receives the loaded table; free it with qio_table_free
+ *  @param error receives the message and line on failure; may be null
+ *  @return the statuses of qio_table_read_file, QIO_CANNOT_READ aside;
+ *          QIO_BAD_ARGUMENT also for null data with a size. On failure
+ *          *table is unchanged. */
 QIO_API qio_status qio_table_read_buffer(const void* data, size_t size, const char* name,
                                          qio_table** table, qio_error* error);
 
-/** Frees a table; null is allowed. */
+/** Frees a table.
+ *  @param table a loaded table, or null (nothing done) */
 QIO_API void qio_table_free(qio_table* table);
 
-/** Number of columns (header cells). */
+/** Number of columns of a table.
+ *  @param table a loaded table, or null
+ *  @return the cells of its header; 0 for null */
 QIO_API size_t qio_table_column_count(const qio_table* table);
 
-/** Number of rows after the header. */
+/** Number of rows of a table.
+ *  @param table a loaded table, or null
+ *  @return the rows after the header; 0 for null */
 QIO_API size_t qio_table_row_count(const qio_table* table);
 
-/** Heading of a column, UTF-8; NULL when column is out of range. */
+/** Heading of a column.
+ *  @param table  a loaded table
+ *  @param column 0 to qio_table_column_count - 1
+ *  @return the heading, UTF-8; NULL when column is out of range or table
+ *          null */
 QIO_API const char* qio_table_heading(const qio_table* table, size_t column);
 
-/** Column whose heading is name, compared without regard to ASCII case.
- *  Returns QIO_OK and *column; QIO_NOT_FOUND when no heading matches;
- *  QIO_MALFORMED when two do; QIO_BAD_ARGUMENT for a null argument
- *  (*column unchanged on failure). */
+/** The column of a heading, compared without regard to ASCII case.
+ *  @param table  a loaded table
+ *  @param name   the heading sought
+ *  @param column receives its index
+ *  @retval QIO_OK           *column written
+ *  @retval QIO_NOT_FOUND    no heading matches
+ *  @retval QIO_MALFORMED    two headings match
+ *  @retval QIO_BAD_ARGUMENT an argument null
+ *  *column is unchanged on failure. */
 QIO_API qio_status qio_table_find_column(const qio_table* table, const char* name, size_t* column);
 
-/** A cell, UTF-8, spaces around it trimmed ("" when empty); NULL when row
- *  or column is out of range. */
+/** A cell of a table.
+ *  @param table  a loaded table
+ *  @param row    0 to qio_table_row_count - 1
+ *  @param column 0 to qio_table_column_count - 1
+ *  @return the cell, UTF-8, spaces around it trimmed ("" when empty); NULL
+ *          when row or column is out of range or table null */
 QIO_API const char* qio_table_cell(const qio_table* table, size_t row, size_t column);
 
-/** Line of a row in the file; 0 when row is out of range. */
+/** Line of a row in its file.
+ *  @param table a loaded table
+ *  @param row   0 to qio_table_row_count - 1
+ *  @return the line, from 1; 0 when row is out of range or table null */
 QIO_API size_t qio_table_row_line(const qio_table* table, size_t row);
 
-/** A cell as a number (with semicolons as separators a decimal comma is
- *  read as a point).
- *  Returns QIO_OK and *value; QIO_MALFORMED when the cell is empty or not a
- *  finite number, *error naming the file, line, column and text;
- *  QIO_NOT_FOUND for a row or column out of range; QIO_BAD_ARGUMENT for a
- *  null table or value (*value unchanged on failure). */
+/** A cell as a number; with semicolons as separators a decimal comma is
+ *  read as a point.
+ *  @param table  a loaded table
+ *  @param row    0 to qio_table_row_count - 1
+ *  @param column 0 to qio_table_column_count - 1
+ *  @param value  receives the number
+ *  @param error  receives the message on failure; may be null
+ *  @retval QIO_OK           *value written
+ *  @retval QIO_MALFORMED    the cell is empty or not a finite number (the
+ *          message names the file, line, heading and text)
+ *  @retval QIO_NOT_FOUND    row or column out of range
+ *  @retval QIO_BAD_ARGUMENT table or value null
+ *  *value is unchanged on failure. */
 QIO_API qio_status qio_table_number(const qio_table* table, size_t row, size_t column,
                                     double* value, qio_error* error);
 
@@ -299,6 +419,7 @@ QIO_API qio_status qio_table_number(const qio_table* table, size_t row, size_t c
 #endif
 
 /* ---- layout checks ------------------------------------------------------ */
+/** @cond QUILLON_LAYOUT_CHECKS */
 /* Where pointers and size_t are 8 bytes (every platform the office tool is
  * built for), the records are laid out as below. */
 #define QIO_LAYOUT(type, field, offset)                                                            \
@@ -338,5 +459,6 @@ QIO_LAYOUT(qio_point, name, 24);
 QIO_LAYOUT(qio_point, code, 32);
 QIO_LAYOUT(qio_point, line, 40);
 QIO_LAYOUT(qio_point, has_height, 48);
+/** @endcond */
 
 #endif /* QUILLON_IO_H */

@@ -408,6 +408,95 @@ Element read_spiral(Context& context, pugi::xml_node node)
     return e;
 }
 
+// Whether the line breaks direction where e starts after before: by more
+// than the rounding of the file's points explains.
+bool breaks(const Element& before, const Element& e)
+{
+    const double kink = std::fabs(wrap_pi(e.start_azimuth - far_end(before).azimuth));
+    const double lever = std::fmin(before.length, e.length);
+    return kink > std::fmax(DIRECTION_TOLERANCE, QIO_TOLERANCE / lever);
+}
+
+// Places elements[first, last) end to end from start, each starting at the
+// exact end of the one before with its azimuth there.
+void place(std::vector<Element>& elements, std::size_t first, std::size_t last, Pose start)
+{
+    for (std::size_t k = first; k < last; ++k) {
+        elements[k].start = start.point;
+        elements[k].start_azimuth = wrap_two_pi(start.azimuth);
+        start = far_end(elements[k]);
+    }
+}
+
+// Joins the elements end to end into one line: runs of elements meeting
+// without a break of direction are rigid shapes (their lengths, radii and
+// turns), each fitted by least squares to the file's Start and End points
+// of its elements - the first run moved and turned, every later one turned
+// about the end of the run before. Returns the largest distance of a file
+// point from the joined line, and where.
+double chain(std::vector<Element>& elements, pugi::xml_node& farthest_at)
+{
+    const std::vector<Element> file = elements;
+    std::size_t first = 0;
+    while (first < elements.size()) {
+        std::size_t last = first + 1;
+        while (last < elements.size() && !breaks(file[last - 1], file[last])) {
+            ++last;
+        }
+        Pose start{file[first].start, file[first].start_azimuth};
+        if (first > 0) {
+            start.point = far_end(elements[first - 1]).point;
+        }
+        place(elements, first, last, start);
+
+        // Pairs of joined and file points; the fit turns by theta about the
+        // centroids (the first run) or about the start (the others).
+        std::vector<std::pair<Point, Point>> pairs;
+        for (std::size_t k = first; k < last; ++k) {
+            pairs.emplace_back(elements[k].start, file[k].start);
+            pairs.emplace_back(far_end(elements[k]).point, file[k].end);
+        }
+        Point joined_centre = start.point;
+        Point file_centre = start.point;
+        if (first == 0) {
+            joined_centre = Point{0.0, 0.0};
+            file_centre = Point{0.0, 0.0};
+            for (const auto& [joined, given] : pairs) {
+                joined_centre.x += joined.x / static_cast<double>(pairs.size());
+                joined_centre.y += joined.y / static_cast<double>(pairs.size());
+                file_centre.x += given.x / static_cast<double>(pairs.size());
+                file_centre.y += given.y / static_cast<double>(pairs.size());
+            }
+        }
+        double cross = 0.0;
+        double dot = 0.0;
+        for (const auto& [joined, given] : pairs) {
+            const Point c{joined.x - joined_centre.x, joined.y - joined_centre.y};
+            const Point f{given.x - file_centre.x, given.y - file_centre.y};
+            cross += c.x * f.y - c.y * f.x;
+            dot += c.x * f.x + c.y * f.y;
+        }
+        const double theta = std::atan2(cross, dot);
+        const Point arm{start.point.x - joined_centre.x, start.point.y - joined_centre.y};
+        start.point = Point{file_centre.x + arm.x * std::cos(theta) - arm.y * std::sin(theta),
+                            file_centre.y + arm.x * std::sin(theta) + arm.y * std::cos(theta)};
+        start.azimuth += theta;
+        place(elements, first, last, start);
+        first = last;
+    }
+
+    double farthest = 0.0;
+    for (std::size_t k = 0; k < elements.size(); ++k) {
+        const double miss = std::fmax(distance(elements[k].start, file[k].start),
+                                      distance(far_end(elements[k]).point, file[k].end));
+        if (!(miss <= farthest)) {
+            farthest = miss;
+            farthest_at = file[k].node;
+        }
+    }
+    return farthest;
+}
+
 HElement record(const Element& e, double chainage)
 {
     HElement r{};
@@ -487,24 +576,11 @@ void read_plan(Context& context, pugi::xml_node alignment, AlignmentData& data)
                                  " kept in the direction of the tangent it joins");
     }
 
-    double chainage = data.station_start;
+    // Each element must start where the one before it ends.
     double largest_gap = 0.0;
     pugi::xml_node largest_gap_at;
-    data.horizontal.clear();
-    for (std::size_t i = 0; i < elements.size(); ++i) {
+    for (std::size_t i = 0; i + 1 < elements.size(); ++i) {
         const Element& e = elements[i];
-        double sta = 0.0;
-        if (attribute_number(context, e.node, "staStart", sta) &&
-            std::fabs(sta * context.linear - chainage) > QIO_TOLERANCE) {
-            context.note(e.node, e.tag + ": staStart " + number(sta * context.linear) +
-                                     " m, but the lengths before it reach " + number(chainage) +
-                                     " m: the lengths are used");
-        }
-        data.horizontal.push_back(record(e, chainage));
-        chainage += e.length;
-        if (i + 1 == elements.size()) {
-            break;
-        }
         const Element& next = elements[i + 1];
         const Pose end = far_end(e);
         const double gap = distance(end.point, next.start);
@@ -518,17 +594,46 @@ void read_plan(Context& context, pugi::xml_node alignment, AlignmentData& data)
             largest_gap = gap;
             largest_gap_at = next.node;
         }
-        const double kink = wrap_pi(next.start_azimuth - end.azimuth);
-        if (std::fabs(kink) > DIRECTION_TOLERANCE) {
-            context.note(next.node, "the alignment changes direction by " +
-                                        number(kink * SECONDS_PER_RADIAN, 1) + "\" where " +
-                                        next.tag + " starts");
+        if (breaks(e, next)) {
+            context.note(
+                next.node,
+                "the alignment changes direction by " +
+                    number(wrap_pi(next.start_azimuth - end.azimuth) * SECONDS_PER_RADIAN, 1) +
+                    "\" where " + next.tag + " starts");
         }
     }
-    if (largest_gap > 1e-6) {
-        context.note(largest_gap_at, "elements meet within " + number(largest_gap * 1000.0, 4) +
-                                         " mm" +
-                                         " (largest gap here); each starts at its own Start");
+
+    // One smooth line through the file's points where it holds them within
+    // the tolerance; else each element as the file places it.
+    std::vector<Element> chained = elements;
+    pugi::xml_node farthest_at;
+    const double farthest = chain(chained, farthest_at);
+    if (farthest <= QIO_TOLERANCE) {
+        elements = chained;
+        context.note(farthest_at, "elements joined end to end into one line; the file's points "
+                                  "lie within " +
+                                      number(farthest * 1000.0, 4) + " mm of it (farthest here)");
+    } else if (largest_gap > 1e-6) {
+        context.note(farthest_at,
+                     "joined end to end, the elements would pass " + millimetres(farthest) +
+                         " from the file's points here: each starts at its own Start, and they "
+                         "meet within " +
+                         number(largest_gap * 1000.0, 4) + " mm (line " +
+                         std::to_string(context.line(largest_gap_at)) + ")");
+    }
+
+    double chainage = data.station_start;
+    data.horizontal.clear();
+    for (const Element& e : elements) {
+        double sta = 0.0;
+        if (attribute_number(context, e.node, "staStart", sta) &&
+            std::fabs(sta * context.linear - chainage) > QIO_TOLERANCE) {
+            context.note(e.node, e.tag + ": staStart " + number(sta * context.linear) +
+                                     " m, but the lengths before it reach " + number(chainage) +
+                                     " m: the lengths are used");
+        }
+        data.horizontal.push_back(record(e, chainage));
+        chainage += e.length;
     }
 
     const Pose end = far_end(elements.back());
