@@ -22,6 +22,7 @@ if(QUILLON_BUILD_TOOLS)
     set(QUILLON_CONFIG_DEPENDENCIES "include(CMakeFindDependencyMacro)\nfind_dependency(pugixml CONFIG)")
     install(FILES ${PROJECT_SOURCE_DIR}/include/quillon/io.h
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quillon)
+    install(TARGETS quillon_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 
 install(TARGETS ${_quillon_installed}
