@@ -32,8 +32,9 @@ struct Element {
 };
 
 const double DIRECTION_TOLERANCE = QIO_DIRECTION_TOLERANCE / SECONDS_PER_RADIAN;
-// Coordinates, lengths and radii beyond this (m) are no survey's.
-const double LARGEST = 1e10;
+// Coordinates, lengths and radii beyond this (m) are no survey's (nor does
+// the survey layer take them).
+const double LARGEST = 1e9;
 
 std::string millimetres(double metres) { return number(metres * 1000.0, 1) + " mm"; }
 
@@ -87,7 +88,7 @@ bool read_point(const Context& context, pugi::xml_node element, const char* name
     out = Point{values[0] * context.linear, values[1] * context.linear};
     if (!(std::fabs(out.x) <= LARGEST) || !(std::fabs(out.y) <= LARGEST)) {
         context.refuse(QIO_MALFORMED, node,
-                       tag + ": " + name + " lies beyond 1e10 m: not a survey coordinate");
+                       tag + ": " + name + " lies beyond 1e9 m: not a survey coordinate");
     }
     return true;
 }
@@ -126,13 +127,13 @@ bool read_length(const Context& context, pugi::xml_node node, const char* name, 
     metres = value * context.linear;
     if (!(metres <= LARGEST)) {
         context.refuse(QIO_MALFORMED, node,
-                       std::string(local_name(node)) + ": " + name + " beyond 1e10 m");
+                       std::string(local_name(node)) + ": " + name + " beyond 1e9 m");
     }
     return true;
 }
 
 // A transition's radius: finite (true, metres) or infinite (false). "INF",
-// 0 and values beyond 1e10 m all stand for a straight.
+// 0 and values beyond 1e9 m all stand for a straight.
 bool read_spiral_radius(const Context& context, pugi::xml_node node, const char* name,
                         double& metres)
 {
@@ -151,7 +152,7 @@ bool read_spiral_radius(const Context& context, pugi::xml_node node, const char*
                            "\" is not a number");
     }
     metres = std::fabs(value) * context.linear;
-    return metres > 0.0 && metres < 1e10;
+    return metres > 0.0 && metres < LARGEST;
 }
 
 Pose far_end(const Element& e)

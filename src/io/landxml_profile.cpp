@@ -220,6 +220,15 @@ void read_profile(Context& context, pugi::xml_node alignment, AlignmentData& dat
         return (vertices[i + 1].elevation - vertices[i].elevation) /
                (vertices[i + 1].station - vertices[i].station);
     };
+    for (std::size_t i = 0; i + 1 < vertices.size(); ++i) {
+        if (!(std::fabs(grade(i)) <= 1.0)) {
+            context.refuse(QIO_UNSUPPORTED, vertices[i + 1].node,
+                           "the grade from " + describe(context, vertices[i]) + " to " +
+                               describe(context, vertices[i + 1]) + " is " +
+                               number(grade(i) * 100.0, 1) +
+                               "%: the device's profile holds grades up to 100%");
+        }
+    }
 
     std::vector<VElement>& table = data.vertical;
     table.clear();
