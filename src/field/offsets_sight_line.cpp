@@ -15,12 +15,12 @@ ResultCode LIB_OS_SDist(const StationRecord* station, const DistanceRecord* meas
     double horizontal_angle = 0.0;
     double zenith = 0.0;
     if (mode == 1) {
-        SurveyPoint instrument = {station->X, station->Y, station->H};
-        instrument.H = instrument.H + station->InstrumentHeight;
+        const SurveyPoint instrument = {station->X, station->Y,
+                                        station->H + station->InstrumentHeight};
         // The caller's known point is raised by the target height, on every call.
         known->H = known->H + station->TargetHeight;
-        DistAngleRecord sight = {};
-        LIB_CalDistAngle(&instrument, known, static_cast<unsigned char>(station->signB), &sight);
+        const DistAngleRecord sight =
+            sight_between(instrument, *known, static_cast<unsigned char>(station->signB));
         slope_distance = sight.SlopeDistance;
         horizontal_distance = sight.HorizontalDistance;
         vertical_difference = sight.HeightDifference;
@@ -58,10 +58,10 @@ ResultCode LIB_OS_SDist(const StationRecord* station, const DistanceRecord* meas
     }
 
     const DistanceRecord reduced = {slope_distance, horizontal_distance, vertical_difference, 0.0};
-    SurveyPoint point = {};
-    // The polar point refuses an X, Y or H out of range (an infinite slope
-    // distance among them); the point is then undefined and nothing is written.
-    if (LIB_MeasCoor(station, &reduced, &horizontal_angle, &point) != OK) {
+    // An X, Y or H out of range (an infinite slope distance among them): the
+    // point is undefined and nothing is written.
+    const SurveyPoint point = measured_point(*station, reduced, horizontal_angle);
+    if (!in_range(point)) {
         return RANGE;
     }
     out[0] = point.X;
@@ -81,12 +81,12 @@ ResultCode LIB_OS_Ha(const StationRecord* station, const SurveyPoint* line, doub
     const SurveyPoint S = {station->X, station->Y, station->H};
     const SurveyPoint& P1 = line[0];
     const SurveyPoint& P2 = line[1];
-    double az1 = 0.0;
-    double az2 = 0.0;
     // A line point on the station puts the line through the station.
-    if (LIB_CalAZ(&S, &P1, &az1) != OK || LIB_CalAZ(&S, &P2, &az2) != OK) {
+    if (coincide_in_plan(S, P1) || coincide_in_plan(S, P2)) {
         return COINCIDENT;
     }
+    const double az1 = azimuth_between(S, P1);
+    const double az2 = azimuth_between(S, P2);
     if (az1 == az2 || std::fabs(az1 - az2) == HALF_CIRCLE) {
         return COINCIDENT;
     }
@@ -105,23 +105,17 @@ ResultCode LIB_OS_Ha(const StationRecord* station, const SurveyPoint* line, doub
     const double H = ((X - P2.X) * (P2.H - P1.H)) / dX + P2.H;
     const SurveyPoint point = {X, Y, H};
 
-    double azP = 0.0;
-    if (LIB_CalAZ(&S, &point, &azP) != OK) {
+    if (coincide_in_plan(S, point)) {
         return COINCIDENT;
     }
-    double reading = horizontal_angle;
-    if (faces_differ(*station)) {
-        reading = horizontal_angle - HALF_CIRCLE;
-        if (reading < 0.0) {
-            reading = reading + FULL_CIRCLE;
-        }
-    }
+    const double azP = azimuth_between(S, point);
+    const double reading = face_i_reading(*station, horizontal_angle);
     // The tangent is the same both ways along the sight; only the azimuth
     // tells the crossing ahead from the one behind.
-    if (std::fabs(azP - reading) > 1.0) {
+    if (std::fabs(azP - reading) > SIGHT_DIRECTION_TOLERANCE) {
         return BEHIND;
     }
-    if (!in_range(X) || !in_range(Y) || !in_range(H)) {
+    if (!in_range(point)) {
         return RANGE;
     }
 

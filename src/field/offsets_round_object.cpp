@@ -5,19 +5,6 @@
 
 using namespace quillon;
 
-namespace {
-
-// An angle between two readings taken the short way round the circle.
-double fold_to_half_circle(double angle)
-{
-    if (angle > HALF_CIRCLE) {
-        return FULL_CIRCLE - angle;
-    }
-    return angle;
-}
-
-} // namespace
-
 ResultCode LIB_OS_Round(const StationRecord* station, const DistanceRecord* measured,
                         const AngleObservation* obs, double radius, DistAngleRecord* out,
                         double* computed_radius)
@@ -32,10 +19,10 @@ ResultCode LIB_OS_Round(const StationRecord* station, const DistanceRecord* meas
         right_edge = a;
         left_edge = b;
     }
-    const double half = fold_to_half_circle(std::fabs(right_edge - left_edge)) * 0.5;
+    const double half = short_way_round(std::fabs(right_edge - left_edge)) * 0.5;
 
     // g: the measured sighting off the bisector of the edges.
-    const double e = fold_to_half_circle(std::fabs(right_edge - obs[2].Horizontal));
+    const double e = short_way_round(std::fabs(right_edge - obs[2].Horizontal));
     double g = half - e;
     if (e > half) {
         g = e - half;
@@ -48,17 +35,15 @@ ResultCode LIB_OS_Round(const StationRecord* station, const DistanceRecord* meas
         ((measured->HorizontalDistance + radius) / std::sin(sec_to_rad(HALF_CIRCLE - g - beta))) *
         std::sin(sec_to_rad(beta));
 
-    double azimuth = right_edge - half;
-    if (azimuth < 0.0) {
-        azimuth = azimuth + FULL_CIRCLE;
-    }
+    const double azimuth = add_turn_if_negative<ArcSeconds>(right_edge - half);
     const double X = station->X + std::cos(sec_to_rad(azimuth)) * D;
     const double Y = station->Y + std::sin(sec_to_rad(azimuth)) * D;
     const double H = measured->VerticalDifference + station->InstrumentHeight + station->H -
                      station->TargetHeight;
     // A sighting on the bisector or coincident edges leave D not finite; the
     // range test refuses it like any other stray value.
-    if (!in_range(X) || !in_range(Y) || !in_range(H)) {
+    const SurveyPoint centre = {X, Y, H};
+    if (!in_range(centre)) {
         return RANGE;
     }
 

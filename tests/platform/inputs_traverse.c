@@ -1,4 +1,4 @@
-/* Reference vectors of the traverse family: closure and adjustment of a
+/* Inputs of the reference vectors, traverse family: closure and adjustment of a
  * traverse, multi-round observation at a station, and the multi-round
  * traverse.
  *
@@ -6,7 +6,7 @@
  * angular and distance errors, rounds of face I / face II pointings with an
  * index error, a collimation error and arc-second noise. Counts at their
  * limits, tolerances met exactly and degenerate known points are mixed in. */
-#include "qv.h"
+#include "qv_table.h"
 
 #include <math.h>
 #include <string.h>
@@ -65,39 +65,12 @@ static void walk(qv_gen* g, unsigned count, int loop, double x0, double y0, doub
     }
 }
 
-/* Records of `doubles` doubles each, written out column by column. */
-static void columns(const void* records, unsigned count, size_t doubles, double* out)
-{
-    const unsigned char* bytes = records;
-    unsigned i;
-    size_t k;
-    for (k = 0; k < doubles; ++k) {
-        for (i = 0; i < count; ++i) {
-            memcpy(&out[k * count + i], bytes + (i * doubles + k) * sizeof(double), sizeof(double));
-        }
-    }
-}
-
 /* ---- LIB_TRSAdjust -------------------------------------------------------- */
 
-#define ADJUST_POINTS 40
-struct adjust_in {
-    double dist[ADJUST_POINTS];
-    SurveyPoint ref[2];
-    SurveyPoint pts[ADJUST_POINTS];
-    SurveyPoint adj[ADJUST_POINTS]; /* what adj holds before the call */
-    unsigned char n;
-    unsigned char mode;
-    unsigned char pad[6];
-};
-struct adjust_out {
-    SurveyPoint adj[ADJUST_POINTS];
-    AdjustClosure closure;
-};
+#define ADJUST_POINTS QV_ELEMENTS(LIB_TRSAdjust_in, pts)
 
-static void adjust_generate(qv_gen* g, void* in_)
+void LIB_TRSAdjust_generate(qv_gen* g, LIB_TRSAdjust_in* in)
 {
-    struct adjust_in* in = in_;
     static const unsigned char modes[] = {0, 1};
     double x[ADJUST_POINTS + 1];
     double y[ADJUST_POINTS + 1];
@@ -161,37 +134,12 @@ static void adjust_generate(qv_gen* g, void* in_)
     in->n = (unsigned char)n;
 }
 
-static int adjust_call(const void* in_, void* out_)
-{
-    const struct adjust_in* in = in_;
-    struct adjust_out* out = out_;
-    memcpy(out->adj, in->adj, sizeof out->adj);
-    return QV_FN(LIB_TRSAdjust)(in->dist, in->ref, in->pts, in->n, out->adj, &out->closure,
-                                in->mode);
-}
-
 /* ---- LIB_TRSCalCoorErr ------------------------------------------------------ */
 
-#define LEGS 24
-struct closure_in {
-    TraverseLeg legs[LEGS];
-    TraverseKnownPoints known;
-    TraverseClosure result; /* what the closure record holds before the call */
-    unsigned char n;
-    unsigned char step;
-    unsigned char mode;
-    unsigned char pad[5];
-};
-/* The legs column by column: leg i's k-th double is legs[k][i]. */
-#define LEG_DOUBLES (sizeof(TraverseLeg) / sizeof(double))
-struct closure_out {
-    double legs[LEG_DOUBLES][LEGS];
-    TraverseClosure result;
-};
+#define LEGS QV_ELEMENTS(LIB_TRSCalCoorErr_in, legs)
 
-static void closure_generate(qv_gen* g, void* in_)
+void LIB_TRSCalCoorErr_generate(qv_gen* g, LIB_TRSCalCoorErr_in* in)
 {
-    struct closure_in* in = in_;
     static const unsigned char steps[] = {0, 1, 2, 3};
     static const unsigned char modes[] = {0, 1};
     double x[LEGS + 1];
@@ -284,76 +232,9 @@ static void closure_generate(qv_gen* g, void* in_)
     in->n = (unsigned char)n;
 }
 
-static int closure_call(const void* in_, void* out_)
-{
-    const struct closure_in* in = in_;
-    struct closure_out* out = out_;
-    TraverseLeg legs[LEGS];
-    int status;
-    memcpy(legs, in->legs, sizeof legs);
-    out->result = in->result;
-    status = QV_FN(LIB_TRSCalCoorErr)(legs, in->n, &in->known, in->step, in->mode, &out->result);
-    columns(legs, LEGS, LEG_DOUBLES, &out->legs[0][0]);
-    return status;
-}
-
 /* ---- LIB_STAMultCycleCal ---------------------------------------------------- */
 
-/* The result record up to ObsMode: the same fields at the same offsets on
- * every platform. The station pointer that follows is set by the caller. */
-struct sta_fields {
-    double MeanHz1;
-    double MeanV1;
-    double MeanSlope1;
-    double HorizDist1;
-    double VertDiff1;
-    SurveyPoint Point1;
-    double HeightDiff1;
-    double MeanHz2;
-    double MeanV2;
-    double MeanSlope2;
-    double HorizDist2;
-    double VertDiff2;
-    SurveyPoint Point2;
-    double HeightDiff2;
-    double Angle12;
-    double MeanHz2Copy;
-    double MeanHz1Copy;
-    double Reserved[12];
-    SurveyPoint StationPoint;
-    int32_t ErrorFlag;
-    int32_t Reserved2;
-    double TolIndexDiff;
-    double TolZenithRange;
-    double TolFaceAngleDiff;
-    double Tol2CDiff;
-    double TolDirectionRange;
-    int32_t SkipChecks;
-    int32_t Reserved3;
-    int32_t ObsMode;
-    unsigned char pad[4];
-};
-#define STA_FIELDS_SIZE (offsetof(struct sta_fields, ObsMode) + sizeof(int32_t))
-typedef char
-    sta_fields_match[(offsetof(struct sta_fields, ObsMode) == offsetof(StaMultiResult, ObsMode)) &&
-                             (offsetof(struct sta_fields, StationPoint) ==
-                              offsetof(StaMultiResult, StationPoint))
-                         ? 1
-                         : -1];
-
-#define ROUNDS 6
-struct sta_in {
-    RoundObservation rounds[ROUNDS];
-    StationRecord station;
-    struct sta_fields before; /* the record before the call, inputs included */
-    double scale;
-    uint32_t n;
-    unsigned char pad[4];
-};
-struct sta_out {
-    struct sta_fields after;
-    double scale;
-};
+#define ROUNDS QV_ELEMENTS(LIB_STAMultCycleCal_in, rounds)
 
 static TargetReading reading(double hz, double v, double slope)
 {
@@ -368,9 +249,8 @@ static TargetReading reading(double hz, double v, double slope)
     return r;
 }
 
-static void sta_generate(qv_gen* g, void* in_)
+void LIB_STAMultCycleCal_generate(qv_gen* g, LIB_STAMultCycleCal_in* in)
 {
-    struct sta_in* in = in_;
     static const unsigned char obs_modes[] = {0, 1, 2, 3, 2};
     const unsigned kind = qv_below(g, 16);
     const double index_error = noise(g, 8.0);
@@ -378,6 +258,7 @@ static void sta_generate(qv_gen* g, void* in_)
     double hz[2];
     double v[2];
     double slope[2];
+    StaMultiResult record;
     unsigned n = 1 + qv_below(g, ROUNDS);
     unsigned r;
     unsigned t;
@@ -419,19 +300,19 @@ static void sta_generate(qv_gen* g, void* in_)
         in->scale = qv_chance(g, 2) ? 0.99 : nextafter(1.01, 2.0);
     }
     /* the record: outputs as the caller's buffer holds them, then inputs */
-    memset(&in->before, 0xA5, sizeof in->before);
+    memset(&record, 0xA5, sizeof record);
     if (qv_chance(g, 4)) {
-        memset(&in->before, 0, STA_FIELDS_SIZE);
+        memset(&record, 0, QV_PORTABLE_StaMultiResult);
     }
-    in->before.TolIndexDiff = qv_uniform(g, 5.0, 20.0);
-    in->before.TolZenithRange = qv_uniform(g, 5.0, 20.0);
-    in->before.TolFaceAngleDiff = qv_uniform(g, 5.0, 20.0);
-    in->before.Tol2CDiff = qv_uniform(g, 5.0, 25.0);
-    in->before.TolDirectionRange = qv_uniform(g, 5.0, 20.0);
-    in->before.SkipChecks = qv_chance(g, 6) ? (qv_chance(g, 2) ? 1 : -1) : 0;
-    in->before.ObsMode = obs_modes[qv_below(g, 5)];
+    record.TolIndexDiff = qv_uniform(g, 5.0, 20.0);
+    record.TolZenithRange = qv_uniform(g, 5.0, 20.0);
+    record.TolFaceAngleDiff = qv_uniform(g, 5.0, 20.0);
+    record.Tol2CDiff = qv_uniform(g, 5.0, 25.0);
+    record.TolDirectionRange = qv_uniform(g, 5.0, 20.0);
+    record.SkipChecks = qv_chance(g, 6) ? (qv_chance(g, 2) ? 1 : -1) : 0;
+    record.ObsMode = obs_modes[qv_below(g, 5)];
     if (qv_chance(g, 16)) {
-        in->before.ObsMode = qv_chance(g, 2) ? -1 : 4;
+        record.ObsMode = qv_chance(g, 2) ? -1 : 4;
     }
     switch (kind) {
     case 1: {
@@ -439,20 +320,20 @@ static void sta_generate(qv_gen* g, void* in_)
         const RoundObservation* o = &in->rounds[0];
         const double i1 = ((o->Face1Target1.V + o->Face2Target1.V) - FULL_CIRCLE) * 0.5;
         const double i2 = ((o->Face1Target2.V + o->Face2Target2.V) - FULL_CIRCLE) * 0.5;
-        in->before.TolIndexDiff = fabs(i1 - i2);
+        record.TolIndexDiff = fabs(i1 - i2);
         if (qv_chance(g, 2)) {
-            in->before.TolIndexDiff = nextafter(in->before.TolIndexDiff, 0.0);
+            record.TolIndexDiff = nextafter(record.TolIndexDiff, 0.0);
         }
         n = 1;
         break;
     }
     case 2:
         /* tight tolerances: several tests fail, the first one counts */
-        in->before.TolIndexDiff = qv_uniform(g, 0.0, 2.0);
-        in->before.TolZenithRange = qv_uniform(g, 0.0, 2.0);
-        in->before.TolFaceAngleDiff = qv_uniform(g, 0.0, 2.0);
-        in->before.Tol2CDiff = qv_uniform(g, 0.0, 2.0);
-        in->before.TolDirectionRange = qv_uniform(g, 0.0, 2.0);
+        record.TolIndexDiff = qv_uniform(g, 0.0, 2.0);
+        record.TolZenithRange = qv_uniform(g, 0.0, 2.0);
+        record.TolFaceAngleDiff = qv_uniform(g, 0.0, 2.0);
+        record.Tol2CDiff = qv_uniform(g, 0.0, 2.0);
+        record.TolDirectionRange = qv_uniform(g, 0.0, 2.0);
         break;
     case 3: n = 0; break;
     case 4:
@@ -467,44 +348,17 @@ static void sta_generate(qv_gen* g, void* in_)
         break;
     default: break;
     }
+    memset(in->before, 0xA5, sizeof in->before);
+    memcpy(in->before, &record, QV_PORTABLE_StaMultiResult);
     in->n = n;
-}
-
-static int sta_call(const void* in_, void* out_)
-{
-    const struct sta_in* in = in_;
-    struct sta_out* out = out_;
-    StaMultiResult result;
-    int status;
-    memset(&result, 0xA5, sizeof result);
-    memcpy(&result, &in->before, STA_FIELDS_SIZE);
-    result.Station = &in->station;
-    result.Scale = in->scale;
-    status = QV_FN(LIB_STAMultCycleCal)(in->rounds, in->n, &result);
-    memcpy(&out->after, &result, STA_FIELDS_SIZE);
-    out->scale = result.Scale;
-    return status;
 }
 
 /* ---- LIB_TRSMultCycleCal ------------------------------------------------------ */
 
-#define STATIONS 10
-struct multi_in {
-    TraverseStation stations[STATIONS];
-    TraverseControl control;
-    uint32_t n;
-    unsigned char pad[4];
-};
-/* The stations column by column: station i's k-th double is stations[k][i]. */
-#define STATION_DOUBLES (sizeof(TraverseStation) / sizeof(double))
-struct multi_out {
-    double stations[STATION_DOUBLES][STATIONS];
-    TraverseResult result;
-};
+#define STATIONS QV_ELEMENTS(LIB_TRSMultCycleCal_in, stations)
 
-static void multi_generate(qv_gen* g, void* in_)
+void LIB_TRSMultCycleCal_generate(qv_gen* g, LIB_TRSMultCycleCal_in* in)
 {
-    struct multi_in* in = in_;
     static const unsigned char types[] = {0, 1, 2, 3, 4, 2};
     static const unsigned char rules[] = {0, 1, 0, 1, 2};
     double x[STATIONS + 1];
@@ -608,56 +462,3 @@ static void multi_generate(qv_gen* g, void* in_)
     }
     in->n = n;
 }
-
-static int multi_call(const void* in_, void* out_)
-{
-    const struct multi_in* in = in_;
-    struct multi_out* out = out_;
-    TraverseStation stations[STATIONS];
-    int status;
-    memcpy(stations, in->stations, sizeof stations);
-    status = QV_FN(LIB_TRSMultCycleCal)(stations, in->n, &in->control, &out->result);
-    columns(stations, STATIONS, STATION_DOUBLES, &out->stations[0][0]);
-    return status;
-}
-
-/* ---- the family ------------------------------------------------------------------ */
-
-#define SURVEY_POINT(name) name "X:d " name "Y:d " name "H:d "
-#define LEGS_LAYOUT                                                                                \
-    "HorizDist:d24 HeightDiff:d24 DeltaX:d24 DeltaY:d24 DeltaH:d24 ForeDirection:d24 "             \
-    "BackDirection:d24 Spare1:d24 Spare2:d24 "
-#define CLOSURE                                                                                    \
-    "Fx:d Fy:d Fh:d SumDist:d SumHeightDiff:d Misclosure:d Relative:d KnownEndAzimuth:d "          \
-    "ComputedEndAzimuth:d AngularMisclosure:d"
-#define STA                                                                                        \
-    "MeanHz1:d MeanV1:d MeanSlope1:d HorizDist1:d VertDiff1:d " SURVEY_POINT(                      \
-        "Point1.") "HeightDiff1:d MeanHz2:d MeanV2:d MeanSlope2:d HorizDist2:d "                   \
-                   "VertDiff2:d " SURVEY_POINT("Point2.") "HeightDiff2:d Angle12:d MeanHz2Copy:d " \
-                                                          "MeanHz1Copy:d "                         \
-                                                          "Reserved:d12 " SURVEY_POINT(            \
-                                                              "StationPoint.")
-#define STATIONS_LAYOUT                                                                            \
-    "MeanHz1:d10 MeanV1:d10 MeanSlope1:d10 HorizDist1:d10 VertDiff1:d10 Point1.X:d10 "             \
-    "Point1.Y:d10 Point1.H:d10 HeightDiff1:d10 MeanHz2:d10 MeanV2:d10 MeanSlope2:d10 "             \
-    "HorizDist2:d10 VertDiff2:d10 Point2.X:d10 Point2.Y:d10 Point2.H:d10 HeightDiff2:d10 "         \
-    "Angle12:d10 MeanHz2Copy:d10 Azimuth:d10 DeltaX:d10 DeltaY:d10 DeltaH:d10 CorrX:d10 "          \
-    "CorrY:d10 CorrH:d10 AdjDeltaX:d10 AdjDeltaY:d10 AdjDeltaH:d10 LegEnd.X:d10 LegEnd.Y:d10 "     \
-    "LegEnd.H:d10 StationPoint.X:d10 StationPoint.Y:d10 StationPoint.H:d10 "
-
-static const qv_function functions[] = {
-    QV_FUNCTION(LIB_TRSAdjust, adjust, "adj:d120 Misclosure:f Relative:f", 128),
-    QV_FUNCTION(LIB_TRSCalCoorErr, closure, LEGS_LAYOUT CLOSURE, 128),
-    QV_FUNCTION(LIB_STAMultCycleCal, sta,
-                STA "ErrorFlag:i Reserved2:i TolIndexDiff:d TolZenithRange:d TolFaceAngleDiff:d "
-                    "Tol2CDiff:d TolDirectionRange:d SkipChecks:i Reserved3:i ObsMode:i pad:x4 "
-                    "Scale:d",
-                128),
-    QV_FUNCTION(LIB_TRSMultCycleCal, multi,
-                STATIONS_LAYOUT "SumDist:d StationCount:d LinearMisclosure:d HeightMisclosure:d "
-                                "AngularMisclosure:d Fx:d Fy:d HeightMisclosure2:d "
-                                "HeightRatio:d Relative:d ValidMask:i pad:x4",
-                128),
-};
-
-const qv_family qv_family_traverse = {"traverse", functions, QV_COUNT(functions)};

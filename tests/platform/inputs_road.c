@@ -1,50 +1,25 @@
-/* Reference vectors of the road family: horizontal elements, intersection
- * point polygons, element tables and piles, the profile and the cross
- * section.
+/* Inputs of the reference vectors, road family: horizontal elements,
+ * intersection point polygons, element tables and piles, the profile and the
+ * cross section.
  *
  * Inputs are realistic alignments most of the time (element tables built
  * from a few intersection points or elements, evaluated at chainages along
  * them), mixed with the values where a test flips: counts at their limits,
  * chainages within and just beyond the 0.001 tolerance, coordinates next to
  * the range limit, not-a-number.
- *
- * Element tables have room for 81 records. The client describes an output
- * block in at most 512 fields, so tables are copied into the output block
- * column by column without their padding bytes (which carry no data): every
- * column a function computes is listed field by field, since a platform's
- * mathematical library may round it differently in the last place; the
- * columns that are copies of the input or exact byte values are folded into
- * one hash per block (compared exactly).
  */
-#include "qv.h"
+#include "qv_table.h"
 
 #include <math.h>
 #include <string.h>
 
 #define LIMIT QUILLON_RANGE_LIMIT
-#define H_CAPACITY 81
-#define V_CAPACITY 81
-#define POLYGON_CAPACITY 80
 
 static const unsigned char turn_bytes[] = {0, 1};
 static const unsigned char spiral_bytes[] = {0, 1};
 static const unsigned char side_bytes[] = {0, 1, 0, 1, 2, 255};
 
 /* ---- helpers ------------------------------------------------------------- */
-
-/* FNV-1a over a byte range, continued from h. */
-static uint32_t hash_bytes(const void* p, size_t n, uint32_t h)
-{
-    const unsigned char* b = p;
-    size_t i;
-    for (i = 0; i < n; ++i) {
-        h ^= b[i];
-        h *= 16777619u;
-    }
-    return h;
-}
-
-#define HASH_START 2166136261u
 
 /* An azimuth in arc-seconds: mostly anywhere on the circle, now and then a
  * quarter-circle value, a neighbour of it, or something awkward. */
@@ -122,57 +97,16 @@ static double along(qv_gen* g, double length)
     return qv_uniform(g, 0.0, 1.0) * length;
 }
 
-/* Bytes of a table record still holding the fill pattern of the call. */
-static int untouched(const void* field, size_t n)
+/* The fields of an element of a designer's list (its position, azimuth and
+ * chainage come from the table). */
+static void set_element(HElement* e, unsigned char type, double length, double radius,
+                        unsigned char turn, unsigned char spiral)
 {
-    const unsigned char* b = field;
-    size_t i;
-    for (i = 0; i < n; ++i) {
-        if (b[i] != 0xA5) {
-            return 0;
-        }
-    }
-    return 1;
-}
-
-/* Element tables, copied column by column. */
-struct htable {
-    double X[H_CAPACITY];
-    double Y[H_CAPACITY];
-    double Azimuth[H_CAPACITY];
-    double Chainage[H_CAPACITY];
-    double Length[H_CAPACITY];
-    int32_t rest;    /* hash of Type, Turn, Spiral and Radius (copies of the input) */
-    int32_t touched; /* records with a field written */
-};
-#define HTABLE "X:d81 Y:d81 Azimuth:d81 Chainage:d81 Length:d81 rest:i touched:i"
-
-static void pack_htable(const HElement* t, struct htable* o)
-{
-    uint32_t h = HASH_START;
-    int32_t touched = 0;
-    unsigned i;
-    for (i = 0; i < H_CAPACITY; ++i) {
-        const HElement* e = &t[i];
-        o->X[i] = e->X;
-        o->Y[i] = e->Y;
-        o->Azimuth[i] = e->Azimuth;
-        o->Chainage[i] = e->Chainage;
-        o->Length[i] = e->Length;
-        h = hash_bytes(&e->Type, 1, h);
-        h = hash_bytes(&e->Turn, 1, h);
-        h = hash_bytes(&e->Spiral, 1, h);
-        h = hash_bytes(&e->Radius, sizeof e->Radius, h);
-        if (!(untouched(&e->Type, 1) && untouched(&e->X, sizeof e->X) &&
-              untouched(&e->Y, sizeof e->Y) && untouched(&e->Azimuth, sizeof e->Azimuth) &&
-              untouched(&e->Length, sizeof e->Length) && untouched(&e->Radius, sizeof e->Radius) &&
-              untouched(&e->Turn, 1) && untouched(&e->Spiral, 1) &&
-              untouched(&e->Chainage, sizeof e->Chainage))) {
-            ++touched;
-        }
-    }
-    o->rest = (int32_t)h;
-    o->touched = touched;
+    e->Type = type;
+    e->Length = length;
+    e->Radius = radius;
+    e->Turn = turn;
+    e->Spiral = spiral;
 }
 
 /* A designer's element list: the first record carries the start point,
@@ -186,34 +120,15 @@ static unsigned element_list(qv_gen* g, HElement* list, unsigned count)
         const unsigned char turn = (unsigned char)qv_below(g, 2);
         const double radius = qv_uniform(g, 150.0, 2500.0);
         const double spiral = qv_chance(g, 3) ? 0.0 : qv_uniform(g, 30.0, 150.0);
-        HElement e;
-        memset(&e, 0, sizeof e);
-        e.Type = 1;
-        e.Length = qv_uniform(g, 20.0, 900.0);
-        list[i++] = e;
+        set_element(&list[i++], 1, qv_uniform(g, 20.0, 900.0), 0.0, 0, 0);
         if (spiral > 0.0 && i < count) {
-            e.Type = 3;
-            e.Length = spiral;
-            e.Radius = radius;
-            e.Turn = turn;
-            e.Spiral = 0;
-            list[i++] = e;
+            set_element(&list[i++], 3, spiral, radius, turn, 0);
         }
         if (i < count) {
-            e.Type = 2;
-            e.Length = qv_uniform(g, 10.0, 0.8 * radius);
-            e.Radius = radius;
-            e.Turn = turn;
-            e.Spiral = 0;
-            list[i++] = e;
+            set_element(&list[i++], 2, qv_uniform(g, 10.0, 0.8 * radius), radius, turn, 0);
         }
         if (spiral > 0.0 && i < count) {
-            e.Type = 3;
-            e.Length = spiral;
-            e.Radius = radius;
-            e.Turn = turn;
-            e.Spiral = 1;
-            list[i++] = e;
+            set_element(&list[i++], 3, spiral, radius, turn, 1);
         }
     }
     if (count > 0) {
@@ -228,142 +143,55 @@ static unsigned element_list(qv_gen* g, HElement* list, unsigned count)
     return count;
 }
 
-/* ---- LIB_CalWay_H_Line_On, _H_Circle_On, _H_Curve_On ----------------------- */
-
-struct hpoint_in {
-    HElement element;
-    double l;
-};
-struct hpoint_out {
-    PlanePoint point;
-};
-
-static void line_on_generate(qv_gen* g, void* in_)
+/* How many records a table built by the case gets: mostly 2 up to
+ * 1 + usual; for kind 0 a count at the limits or beyond them, for kind 1 a
+ * long table of long_from records up to the capacity. The kind, drawn after
+ * the usual count, picks the case's other irregularities. */
+static unsigned table_records(qv_gen* g, unsigned usual, unsigned long_from, unsigned* kind)
 {
-    struct hpoint_in* in = in_;
-    in->element = h_element(g, 1);
-    in->l = along(g, in->element.Length);
+    static const unsigned char limits[] = {0, 1, 2, 81, 82, 255};
+    unsigned n = 2 + qv_below(g, usual);
+    *kind = qv_below(g, 20);
+    if (*kind == 0) {
+        n = limits[qv_below(g, 6)];
+    } else if (*kind == 1) {
+        n = long_from + qv_below(g, ROAD_TABLE_CAPACITY + 1 - long_from);
+    }
+    return n;
 }
 
-static void circle_on_generate(qv_gen* g, void* in_)
+/* ---- LIB_CalWay_H_Line_On, _Circle_On, _Curve_On, _Circle_AZ, _Curve_AZ -- */
+
+/* An element of one type and a distance along it. */
+static void element_and_distance(qv_gen* g, HElement* element, double* l, unsigned char type)
 {
-    struct hpoint_in* in = in_;
-    in->element = h_element(g, 2);
-    in->l = along(g, in->element.Length);
+    *element = h_element(g, type);
+    *l = along(g, element->Length);
 }
 
-static void curve_on_generate(qv_gen* g, void* in_)
-{
-    struct hpoint_in* in = in_;
-    in->element = h_element(g, 3);
-    in->l = along(g, in->element.Length);
-}
-
-#define line_on_in hpoint_in
-#define line_on_out hpoint_out
-#define circle_on_in hpoint_in
-#define circle_on_out hpoint_out
-#define curve_on_in hpoint_in
-#define curve_on_out hpoint_out
-
-static int line_on_call(const void* in_, void* out_)
-{
-    const struct hpoint_in* in = in_;
-    struct hpoint_out* out = out_;
-    return QV_FN(LIB_CalWay_H_Line_On)(&in->element, in->l, &out->point);
-}
-
-static int circle_on_call(const void* in_, void* out_)
-{
-    const struct hpoint_in* in = in_;
-    struct hpoint_out* out = out_;
-    return QV_FN(LIB_CalWay_H_Circle_On)(&in->element, in->l, &out->point);
-}
-
-static int curve_on_call(const void* in_, void* out_)
-{
-    const struct hpoint_in* in = in_;
-    struct hpoint_out* out = out_;
-    return QV_FN(LIB_CalWay_H_Curve_On)(&in->element, in->l, &out->point);
-}
-
-/* ---- LIB_CalWay_H_Circle_AZ, _H_Curve_AZ --------------------------------- */
-
-struct hazimuth_in {
-    HElement element;
-    double l;
-};
-struct hazimuth_out {
-    double azimuth;
-};
-#define circle_az_in hazimuth_in
-#define circle_az_out hazimuth_out
-#define curve_az_in hazimuth_in
-#define curve_az_out hazimuth_out
-
-static void circle_az_generate(qv_gen* g, void* in_)
-{
-    struct hazimuth_in* in = in_;
-    in->element = h_element(g, 2);
-    in->l = along(g, in->element.Length);
-}
-
-static void curve_az_generate(qv_gen* g, void* in_)
-{
-    struct hazimuth_in* in = in_;
-    in->element = h_element(g, 3);
-    in->l = along(g, in->element.Length);
-}
-
-static int circle_az_call(const void* in_, void* out_)
-{
-    const struct hazimuth_in* in = in_;
-    struct hazimuth_out* out = out_;
-    return QV_FN(LIB_CalWay_H_Circle_AZ)(&in->element, in->l, &out->azimuth);
-}
-
-static int curve_az_call(const void* in_, void* out_)
-{
-    const struct hazimuth_in* in = in_;
-    struct hazimuth_out* out = out_;
-    return QV_FN(LIB_CalWay_H_Curve_AZ)(&in->element, in->l, &out->azimuth);
-}
+#define ELEMENT_GENERATOR(function, type)                                                          \
+    void function##_generate(qv_gen* g, function##_in* in)                                         \
+    {                                                                                              \
+        element_and_distance(g, &in->element, &in->l, type);                                       \
+    }
+ELEMENT_GENERATOR(LIB_CalWay_H_Line_On, 1)
+ELEMENT_GENERATOR(LIB_CalWay_H_Circle_On, 2)
+ELEMENT_GENERATOR(LIB_CalWay_H_Curve_On, 3)
+ELEMENT_GENERATOR(LIB_CalWay_H_Circle_AZ, 2)
+ELEMENT_GENERATOR(LIB_CalWay_H_Curve_AZ, 3)
 
 /* ---- LIB_CalWay_H_Curve_End ----------------------------------------------- */
 
-struct curve_end_in {
-    HElement element;
-};
-struct curve_end_out {
-    TangentPoint end;
-};
-
-static void curve_end_generate(qv_gen* g, void* in_)
+void LIB_CalWay_H_Curve_End_generate(qv_gen* g, LIB_CalWay_H_Curve_End_in* in)
 {
-    struct curve_end_in* in = in_;
     in->element = h_element(g, 3);
     in->element.Spiral = 1;
 }
 
-static int curve_end_call(const void* in_, void* out_)
-{
-    const struct curve_end_in* in = in_;
-    struct curve_end_out* out = out_;
-    return QV_FN(LIB_CalWay_H_Curve_End)(&in->element, &out->end);
-}
-
 /* ---- LIB_CalWay_H_Cross_TurnAngle ----------------------------------------- */
 
-struct turn_in {
-    SurveyPoint points[3];
-};
-struct turn_out {
-    double turn_angle;
-};
-
-static void turn_generate(qv_gen* g, void* in_)
+void LIB_CalWay_H_Cross_TurnAngle_generate(qv_gen* g, LIB_CalWay_H_Cross_TurnAngle_in* in)
 {
-    struct turn_in* in = in_;
     const double azimuth = any_azimuth(g);
     double turn = qv_uniform(g, -640000.0, 640000.0);
     const unsigned kind = qv_below(g, 12);
@@ -385,21 +213,7 @@ static void turn_generate(qv_gen* g, void* in_)
     }
 }
 
-static int turn_call(const void* in_, void* out_)
-{
-    const struct turn_in* in = in_;
-    struct turn_out* out = out_;
-    return QV_FN(LIB_CalWay_H_Cross_TurnAngle)(in->points, &out->turn_angle);
-}
-
 /* ---- LIB_CalWay_H_Cross_Length -------------------------------------------- */
-
-struct cross_length_in {
-    CrossPoint point;
-};
-struct cross_length_out {
-    CrossLengths lengths;
-};
 
 /* Transition curves that leave an arc between them for the turn. */
 static void spirals(qv_gen* g, CrossPoint* p, double turn)
@@ -422,9 +236,8 @@ static CrossPoint cross_point(qv_gen* g)
     return p;
 }
 
-static void cross_length_generate(qv_gen* g, void* in_)
+void LIB_CalWay_H_Cross_Length_generate(qv_gen* g, LIB_CalWay_H_Cross_Length_in* in)
 {
-    struct cross_length_in* in = in_;
     in->point = cross_point(g);
     switch (qv_below(g, 24)) {
     case 0: in->point.TurnAngle = qv_angle(g); break;
@@ -442,31 +255,9 @@ static void cross_length_generate(qv_gen* g, void* in_)
     }
 }
 
-static int cross_length_call(const void* in_, void* out_)
-{
-    const struct cross_length_in* in = in_;
-    struct cross_length_out* out = out_;
-    return QV_FN(LIB_CalWay_H_Cross_Length)(&in->point, &out->lengths);
-}
-
 /* ---- LIB_CalWay_H_Cross_MainPoint, _Full ----------------------------------- */
 
-struct cross_in {
-    CrossPoint polygon[POLYGON_CAPACITY];
-    unsigned char m;
-    unsigned char pad[7];
-};
-struct cross_out {
-    double TurnAngle[POLYGON_CAPACITY]; /* written back into the polygon */
-    struct htable table;
-    int32_t record_count;
-    int32_t polygon_rest; /* hash of the other polygon fields (never written) */
-};
-#define CROSS_LAYOUT "TurnAngle:d80 " HTABLE " record_count:i polygon_rest:i"
-#define cross_full_in cross_in
-#define cross_full_out cross_out
-
-static void polygon_generate(qv_gen* g, struct cross_in* in, int full)
+static void polygon_generate(qv_gen* g, LIB_CalWay_H_Cross_MainPoint_in* in, int full)
 {
     const unsigned kind = qv_below(g, 24);
     unsigned m = 2 + qv_below(g, 8);
@@ -537,85 +328,24 @@ static void polygon_generate(qv_gen* g, struct cross_in* in, int full)
     }
 }
 
-static void cross_generate(qv_gen* g, void* in_) { polygon_generate(g, in_, 0); }
-
-static void cross_full_generate(qv_gen* g, void* in_) { polygon_generate(g, in_, 1); }
-
-static void pack_cross(const CrossPoint* polygon, const HElement* table, uint32_t count,
-                       struct cross_out* out)
+void LIB_CalWay_H_Cross_MainPoint_generate(qv_gen* g, LIB_CalWay_H_Cross_MainPoint_in* in)
 {
-    uint32_t h = HASH_START;
-    unsigned i;
-    for (i = 0; i < POLYGON_CAPACITY; ++i) {
-        const CrossPoint* p = &polygon[i];
-        out->TurnAngle[i] = p->TurnAngle;
-        h = hash_bytes(&p->X, sizeof p->X, h);
-        h = hash_bytes(&p->Y, sizeof p->Y, h);
-        h = hash_bytes(&p->EntryLength, sizeof p->EntryLength, h);
-        h = hash_bytes(&p->ExitLength, sizeof p->ExitLength, h);
-        h = hash_bytes(&p->Radius, sizeof p->Radius, h);
-        h = hash_bytes(&p->Chainage, sizeof p->Chainage, h);
-    }
-    out->polygon_rest = (int32_t)h;
-    pack_htable(table, &out->table);
-    out->record_count = (int32_t)count;
+    polygon_generate(g, in, 0);
 }
 
-static int cross_call(const void* in_, void* out_)
+void LIB_CalWay_H_Cross_MainPoint_Full_generate(qv_gen* g, LIB_CalWay_H_Cross_MainPoint_Full_in* in)
 {
-    const struct cross_in* in = in_;
-    CrossPoint polygon[POLYGON_CAPACITY];
-    HElement table[H_CAPACITY];
-    uint32_t count;
-    int status;
-    memcpy(polygon, in->polygon, sizeof polygon);
-    memset(table, 0xA5, sizeof table);
-    memset(&count, 0xA5, sizeof count);
-    status = QV_FN(LIB_CalWay_H_Cross_MainPoint)(polygon, in->m, table, &count);
-    pack_cross(polygon, table, count, out_);
-    return status;
-}
-
-static int cross_full_call(const void* in_, void* out_)
-{
-    const struct cross_in* in = in_;
-    CrossPoint polygon[POLYGON_CAPACITY];
-    HElement table[H_CAPACITY];
-    uint32_t count;
-    int status;
-    memcpy(polygon, in->polygon, sizeof polygon);
-    memset(table, 0xA5, sizeof table);
-    memset(&count, 0xA5, sizeof count);
-    status = QV_FN(LIB_CalWay_H_Cross_MainPoint_Full)(polygon, in->m, table, &count);
-    pack_cross(polygon, table, count, out_);
-    return status;
+    polygon_generate(g, in, 1);
 }
 
 /* ---- LIB_CalWay_H_Ele_MainPoint -------------------------------------------- */
 
-struct ele_in {
-    HElement elements[H_CAPACITY];
-    unsigned char n;
-    unsigned char last_type; /* Type byte of the output's last slot before the call */
-    unsigned char pad[6];
-};
-struct ele_out {
-    struct htable table;
-};
-
-static void ele_generate(qv_gen* g, void* in_)
+void LIB_CalWay_H_Ele_MainPoint_generate(qv_gen* g, LIB_CalWay_H_Ele_MainPoint_in* in)
 {
-    struct ele_in* in = in_;
     static const unsigned char last_types[] = {0xA5, 0xA5, 0xA5, 1, 0, 2};
-    unsigned n = 2 + qv_below(g, 14);
-    const unsigned kind = qv_below(g, 20);
-    if (kind == 0) {
-        static const unsigned char counts[] = {0, 1, 2, 81, 82, 255};
-        n = counts[qv_below(g, 6)];
-    } else if (kind == 1) {
-        n = 40 + qv_below(g, 42);
-    }
-    element_list(g, in->elements, H_CAPACITY);
+    unsigned kind;
+    const unsigned n = table_records(g, 14, 40, &kind);
+    element_list(g, in->elements, ROAD_TABLE_CAPACITY);
     in->n = (unsigned char)n;
     in->last_type = qv_byte(g, last_types, 6);
     switch (kind) {
@@ -630,32 +360,7 @@ static void ele_generate(qv_gen* g, void* in_)
     }
 }
 
-static int ele_call(const void* in_, void* out_)
-{
-    const struct ele_in* in = in_;
-    struct ele_out* out = out_;
-    HElement table[H_CAPACITY];
-    int status;
-    memset(table, 0xA5, sizeof table);
-    if (in->n >= 1 && in->n <= H_CAPACITY) {
-        table[in->n - 1].Type = in->last_type;
-    }
-    status = QV_FN(LIB_CalWay_H_Ele_MainPoint)(in->elements, in->n, table);
-    pack_htable(table, &out->table);
-    return status;
-}
-
 /* ---- LIB_CalWay_H_On -------------------------------------------------------- */
-
-struct h_on_in {
-    HElement table[H_CAPACITY];
-    double chainage;
-    unsigned char n;
-    unsigned char pad[7];
-};
-struct h_on_out {
-    TangentPoint point;
-};
 
 /* A chainage on a table: anywhere along it, before or beyond it, or on a
  * record's chainage give or take the 0.001 tolerance. */
@@ -672,23 +377,35 @@ static double chainage_on(qv_gen* g, double start, double end, const double* mar
     return qv_uniform(g, start - 50.0, end + 50.0);
 }
 
-static void h_on_generate(qv_gen* g, void* in_)
+/* How many records a table to look up in gets: mostly 2 up to 1 + usual,
+ * now and then 60 or more. */
+static unsigned lookup_records(qv_gen* g, unsigned usual)
 {
-    struct h_on_in* in = in_;
-    HElement list[H_CAPACITY];
-    double marks[H_CAPACITY];
-    unsigned n = 2 + qv_below(g, 16);
+    const unsigned n = 2 + qv_below(g, usual);
+    return qv_chance(g, 10) ? 60 + qv_below(g, 22) : n;
+}
+
+/* The chainages of the first n records of a table (records of `size` bytes
+ * with the chainage at offset `at`). */
+static void chainages(const void* table, size_t size, size_t at, unsigned n, double* marks)
+{
+    const unsigned char* bytes = table;
     unsigned i;
-    if (qv_chance(g, 10)) {
-        n = 60 + qv_below(g, 22);
+    for (i = 0; i < n; ++i) {
+        memcpy(&marks[i], bytes + i * size + at, sizeof(double));
     }
-    element_list(g, list, H_CAPACITY);
+}
+
+void LIB_CalWay_H_On_generate(qv_gen* g, LIB_CalWay_H_On_in* in)
+{
+    HElement list[ROAD_TABLE_CAPACITY];
+    double marks[ROAD_TABLE_CAPACITY];
+    const unsigned n = lookup_records(g, 16);
+    element_list(g, list, ROAD_TABLE_CAPACITY);
     list[0].Type = 1;
     memset(in->table, 0, sizeof in->table);
     QV_FN(LIB_CalWay_H_Ele_MainPoint)(list, (unsigned char)n, in->table);
-    for (i = 0; i < n; ++i) {
-        marks[i] = in->table[i].Chainage;
-    }
+    chainages(in->table, sizeof(HElement), offsetof(HElement, Chainage), n, marks);
     in->n = (unsigned char)n;
     if (qv_chance(g, 16)) {
         in->n = (unsigned char)(qv_chance(g, 2) ? 0 : 1 + qv_below(g, n));
@@ -696,31 +413,10 @@ static void h_on_generate(qv_gen* g, void* in_)
     in->chainage = chainage_on(g, in->table[0].Chainage, in->table[n - 1].Chainage, marks, n);
 }
 
-static int h_on_call(const void* in_, void* out_)
-{
-    const struct h_on_in* in = in_;
-    struct h_on_out* out = out_;
-    return QV_FN(LIB_CalWay_H_On)(in->table, in->n, in->chainage, &out->point);
-}
-
 /* ---- LIB_CalWay_Pile --------------------------------------------------------- */
 
-struct pile_in {
-    double chainages[H_CAPACITY];
-    double interval;
-    unsigned char m;
-    unsigned char mode;
-    unsigned char pad[6];
-};
-struct pile_out {
-    double piles[H_CAPACITY];
-    uint32_t count;
-    unsigned char pad[4];
-};
-
-static void pile_generate(qv_gen* g, void* in_)
+void LIB_CalWay_Pile_generate(qv_gen* g, LIB_CalWay_Pile_in* in)
 {
-    struct pile_in* in = in_;
     static const double intervals[] = {0.0, 10.0, 20.0, 25.0, 50.0, 100.0};
     static const unsigned char modes[] = {0, 1};
     double c = qv_chance(g, 4) ? 0.0 : qv_uniform(g, 0.0, 20000.0);
@@ -730,7 +426,7 @@ static void pile_generate(qv_gen* g, void* in_)
         static const unsigned char counts[] = {0, 1, 80, 81, 82, 255};
         m = counts[qv_below(g, 6)];
     }
-    for (i = 0; i < H_CAPACITY; ++i) {
+    for (i = 0; i < ROAD_TABLE_CAPACITY; ++i) {
         in->chainages[i] = c;
         switch (qv_below(g, 12)) {
         case 0: c += qv_uniform(g, 0.0, 0.002); break;   /* near-duplicates */
@@ -754,14 +450,6 @@ static void pile_generate(qv_gen* g, void* in_)
     }
     in->m = (unsigned char)m;
     in->mode = qv_byte(g, modes, 2);
-}
-
-static int pile_call(const void* in_, void* out_)
-{
-    const struct pile_in* in = in_;
-    struct pile_out* out = out_;
-    return QV_FN(LIB_CalWay_Pile)(in->chainages, in->m, in->interval, out->piles, &out->count,
-                                  in->mode);
 }
 
 /* ---- the profile: element helpers -------------------------------------------- */
@@ -843,20 +531,8 @@ static double elevation_before(qv_gen* g)
 
 /* ---- LIB_CalWay_V_Line_On, _V_Curve_On, _V_Circle_On ----------------------- */
 
-struct v_line_in {
-    VElement element;
-    double chainage;
-    unsigned char skip;
-    unsigned char pad[7];
-};
-struct v_elevation_out {
-    double elevation;
-};
-#define v_line_out v_elevation_out
-
-static void v_line_generate(qv_gen* g, void* in_)
+void LIB_CalWay_V_Line_On_generate(qv_gen* g, LIB_CalWay_V_Line_On_in* in)
 {
-    struct v_line_in* in = in_;
     static const unsigned char skips[] = {0, 0, 0, 0, 1, 255};
     memset(&in->element, 0, sizeof in->element);
     in->element.Type = 1;
@@ -879,25 +555,8 @@ static void v_line_generate(qv_gen* g, void* in_)
     in->skip = qv_byte(g, skips, 6);
 }
 
-static int v_line_call(const void* in_, void* out_)
+void LIB_CalWay_V_Curve_On_generate(qv_gen* g, LIB_CalWay_V_Curve_On_in* in)
 {
-    const struct v_line_in* in = in_;
-    struct v_elevation_out* out = out_;
-    return QV_FN(LIB_CalWay_V_Line_On)(&in->element, in->chainage, &out->elevation, in->skip);
-}
-
-struct v_curve_in {
-    VElement element;
-    double chainage;
-    double elevation; /* what the output holds before the call */
-};
-#define v_curve_out v_elevation_out
-#define v_circle_in v_curve_in
-#define v_circle_out v_elevation_out
-
-static void v_curve_generate(qv_gen* g, void* in_)
-{
-    struct v_curve_in* in = in_;
     in->element = v_curve(g, 2);
     in->chainage = chainage_along(g, in->element.Chainage, in->element.Length);
     if (qv_chance(g, 8)) {
@@ -906,9 +565,8 @@ static void v_curve_generate(qv_gen* g, void* in_)
     in->elevation = elevation_before(g);
 }
 
-static void v_circle_generate(qv_gen* g, void* in_)
+void LIB_CalWay_V_Circle_On_generate(qv_gen* g, LIB_CalWay_V_Circle_On_in* in)
 {
-    struct v_curve_in* in = in_;
     in->element = v_curve(g, 3);
     in->chainage = chainage_along(g, in->element.Chainage, in->element.Length);
     if (qv_chance(g, 8)) {
@@ -917,72 +575,7 @@ static void v_circle_generate(qv_gen* g, void* in_)
     in->elevation = elevation_before(g);
 }
 
-static int v_curve_call(const void* in_, void* out_)
-{
-    const struct v_curve_in* in = in_;
-    struct v_elevation_out* out = out_;
-    out->elevation = in->elevation;
-    return QV_FN(LIB_CalWay_V_Curve_On)(&in->element, in->chainage, &out->elevation);
-}
-
-static int v_circle_call(const void* in_, void* out_)
-{
-    const struct v_curve_in* in = in_;
-    struct v_elevation_out* out = out_;
-    out->elevation = in->elevation;
-    return QV_FN(LIB_CalWay_V_Circle_On)(&in->element, in->chainage, &out->elevation);
-}
-
 /* ---- vertical tables ---------------------------------------------------------- */
-
-/* Vertical tables, copied column by column. The grades, Type and Given are
- * copies or quotients of the input and go into the hash; so do the vertex
- * columns where they are copies of the input (vertex == NULL). */
-struct vcolumns {
-    double* chainage;
-    double* elevation;
-    double* vertex_chainage;
-    double* vertex_elevation;
-    double* radius;
-    double* length;
-};
-
-static void pack_vtable(const VElement* t, const struct vcolumns* c, int32_t* rest,
-                        int32_t* touched)
-{
-    uint32_t h = HASH_START;
-    int32_t written = 0;
-    unsigned i;
-    for (i = 0; i < V_CAPACITY; ++i) {
-        const VElement* e = &t[i];
-        c->chainage[i] = e->Chainage;
-        c->elevation[i] = e->Elevation;
-        c->radius[i] = e->Radius;
-        c->length[i] = e->Length;
-        if (c->vertex_chainage != NULL) {
-            c->vertex_chainage[i] = e->VertexChainage;
-            c->vertex_elevation[i] = e->VertexElevation;
-        } else {
-            h = hash_bytes(&e->VertexChainage, sizeof(double), h);
-            h = hash_bytes(&e->VertexElevation, sizeof(double), h);
-        }
-        h = hash_bytes(&e->Type, 1, h);
-        h = hash_bytes(&e->Given, 1, h);
-        h = hash_bytes(&e->GradeIn, sizeof(double), h);
-        h = hash_bytes(&e->GradeOut, sizeof(double), h);
-        if (!(untouched(&e->Type, 1) && untouched(&e->Chainage, sizeof(double)) &&
-              untouched(&e->Elevation, sizeof(double)) &&
-              untouched(&e->VertexChainage, sizeof(double)) &&
-              untouched(&e->VertexElevation, sizeof(double)) &&
-              untouched(&e->Radius, sizeof(double)) && untouched(&e->Length, sizeof(double)) &&
-              untouched(&e->Given, 1) && untouched(&e->GradeIn, sizeof(double)) &&
-              untouched(&e->GradeOut, sizeof(double)))) {
-            ++written;
-        }
-    }
-    *rest = (int32_t)h;
-    *touched = written;
-}
 
 /* A designer's profile: the first element carries the start chainage,
  * elevation and grade; grade lines and curves alternate. */
@@ -1030,37 +623,11 @@ static void profile_list(qv_gen* g, VElement* list, unsigned count)
 
 /* ---- LIB_CalWay_V_Ele_MainPoint ---------------------------------------------- */
 
-struct v_ele_in {
-    VElement elements[V_CAPACITY];
-    unsigned char count;
-    unsigned char pad[7];
-};
-struct v_ele_out {
-    double Chainage[V_CAPACITY];
-    double Elevation[V_CAPACITY];
-    double VertexChainage[V_CAPACITY];
-    double VertexElevation[V_CAPACITY];
-    double Radius[V_CAPACITY];
-    double Length[V_CAPACITY];
-    int32_t rest; /* hash of Type, Given, GradeIn and GradeOut */
-    int32_t touched;
-};
-#define V_ELE_LAYOUT                                                                               \
-    "Chainage:d81 Elevation:d81 VertexChainage:d81 VertexElevation:d81 Radius:d81 Length:d81 "     \
-    "rest:i touched:i"
-
-static void v_ele_generate(qv_gen* g, void* in_)
+void LIB_CalWay_V_Ele_MainPoint_generate(qv_gen* g, LIB_CalWay_V_Ele_MainPoint_in* in)
 {
-    struct v_ele_in* in = in_;
-    unsigned count = 2 + qv_below(g, 12);
-    const unsigned kind = qv_below(g, 20);
-    if (kind == 0) {
-        static const unsigned char counts[] = {0, 1, 2, 81, 82, 255};
-        count = counts[qv_below(g, 6)];
-    } else if (kind == 1) {
-        count = 30 + qv_below(g, 52);
-    }
-    profile_list(g, in->elements, V_CAPACITY);
+    unsigned kind;
+    const unsigned count = table_records(g, 12, 30, &kind);
+    profile_list(g, in->elements, ROAD_TABLE_CAPACITY);
     in->count = (unsigned char)count;
     switch (kind) {
     case 2: in->elements[qv_below(g, 4)].Type = (unsigned char)(qv_chance(g, 2) ? 0 : 4); break;
@@ -1084,48 +651,17 @@ static void v_ele_generate(qv_gen* g, void* in_)
     }
 }
 
-static int v_ele_call(const void* in_, void* out_)
-{
-    const struct v_ele_in* in = in_;
-    struct v_ele_out* out = out_;
-    VElement table[V_CAPACITY];
-    int status;
-    memset(table, 0xA5, sizeof table);
-    status = QV_FN(LIB_CalWay_V_Ele_MainPoint)(in->elements, in->count, table);
-    {
-        const struct vcolumns c = {out->Chainage,        out->Elevation, out->VertexChainage,
-                                   out->VertexElevation, out->Radius,    out->Length};
-        pack_vtable(table, &c, &out->rest, &out->touched);
-    }
-    return status;
-}
-
 /* ---- LIB_CalWay_V_On -------------------------------------------------------------- */
 
-struct v_on_in {
-    VElement table[V_CAPACITY];
-    double chainage;
-    unsigned char count;
-    unsigned char pad[7];
-};
-#define v_on_out v_elevation_out
-
-static void v_on_generate(qv_gen* g, void* in_)
+void LIB_CalWay_V_On_generate(qv_gen* g, LIB_CalWay_V_On_in* in)
 {
-    struct v_on_in* in = in_;
-    VElement list[V_CAPACITY];
-    double marks[V_CAPACITY];
-    unsigned count = 2 + qv_below(g, 12);
-    unsigned i;
-    if (qv_chance(g, 10)) {
-        count = 60 + qv_below(g, 22);
-    }
-    profile_list(g, list, V_CAPACITY);
+    VElement list[ROAD_TABLE_CAPACITY];
+    double marks[ROAD_TABLE_CAPACITY];
+    const unsigned count = lookup_records(g, 12);
+    profile_list(g, list, ROAD_TABLE_CAPACITY);
     memset(in->table, 0, sizeof in->table);
     QV_FN(LIB_CalWay_V_Ele_MainPoint)(list, (unsigned char)count, in->table);
-    for (i = 0; i < count; ++i) {
-        marks[i] = in->table[i].Chainage;
-    }
+    chainages(in->table, sizeof(VElement), offsetof(VElement, Chainage), count, marks);
     in->count = (unsigned char)count;
     if (qv_chance(g, 16)) {
         in->count = (unsigned char)(qv_chance(g, 2) ? 0 : 1);
@@ -1134,44 +670,12 @@ static void v_on_generate(qv_gen* g, void* in_)
         chainage_on(g, in->table[0].Chainage, in->table[count - 1].Chainage, marks, count);
 }
 
-static int v_on_call(const void* in_, void* out_)
-{
-    const struct v_on_in* in = in_;
-    struct v_elevation_out* out = out_;
-    return QV_FN(LIB_CalWay_V_On)(in->table, in->count, in->chainage, &out->elevation);
-}
-
 /* ---- LIB_CalWay_V_Cross_MainPoint -------------------------------------------------- */
 
-#define V_POINTS 80
-struct v_cross_in {
-    VElement points[V_POINTS];
-    unsigned char count;
-    unsigned char pad[7];
-};
-#define V_POINTS_LISTED 44
-struct v_cross_out {
-    /* curve fields written back into the points */
-    double PointChainage[V_POINTS_LISTED];
-    double PointElevation[V_POINTS_LISTED];
-    double PointRadius[V_POINTS_LISTED];
-    double PointLength[V_POINTS_LISTED];
-    double Chainage[V_CAPACITY];
-    double Elevation[V_CAPACITY];
-    double Radius[V_CAPACITY];
-    double Length[V_CAPACITY];
-    int32_t rest; /* hash of Type, Given, grades and vertices (copies and quotients) */
-    int32_t touched;
-    int32_t points_rest; /* hash of the point fields not listed */
-    int32_t table_count;
-};
-#define V_CROSS_LAYOUT                                                                             \
-    "PointChainage:d44 PointElevation:d44 PointRadius:d44 PointLength:d44 Chainage:d81 "           \
-    "Elevation:d81 Radius:d81 Length:d81 rest:i touched:i points_rest:i table_count:i"
+#define V_POINTS QV_ELEMENTS(LIB_CalWay_V_Cross_MainPoint_in, points)
 
-static void v_cross_generate(qv_gen* g, void* in_)
+void LIB_CalWay_V_Cross_MainPoint_generate(qv_gen* g, LIB_CalWay_V_Cross_MainPoint_in* in)
 {
-    struct v_cross_in* in = in_;
     unsigned count = 2 + qv_below(g, 10);
     const unsigned kind = qv_below(g, 20);
     double chainage = qv_uniform(g, 0.0, 20000.0);
@@ -1190,7 +694,7 @@ static void v_cross_generate(qv_gen* g, void* in_)
         p->VertexChainage = chainage;
         p->VertexElevation = elevation;
         p->Type = types[qv_below(g, 5)];
-        if (i >= V_POINTS_LISTED) {
+        if (i >= PROFILE_POINTS_LISTED) {
             /* plain changes of grade only: nothing is written back beyond
              * the points listed in the output */
             p->Type = 0;
@@ -1232,69 +736,11 @@ static void v_cross_generate(qv_gen* g, void* in_)
     }
 }
 
-static int v_cross_call(const void* in_, void* out_)
-{
-    const struct v_cross_in* in = in_;
-    struct v_cross_out* out = out_;
-    VElement points[V_POINTS];
-    VElement table[V_CAPACITY];
-    unsigned char count;
-    uint32_t h = HASH_START;
-    unsigned i;
-    int status;
-    memcpy(points, in->points, sizeof points);
-    memset(table, 0xA5, sizeof table);
-    memset(&count, 0xA5, sizeof count);
-    status = QV_FN(LIB_CalWay_V_Cross_MainPoint)(points, in->count, table, &count);
-    for (i = 0; i < V_POINTS; ++i) {
-        const VElement* p = &points[i];
-        if (i < V_POINTS_LISTED) {
-            out->PointChainage[i] = p->Chainage;
-            out->PointElevation[i] = p->Elevation;
-            out->PointRadius[i] = p->Radius;
-            out->PointLength[i] = p->Length;
-        } else {
-            h = hash_bytes(&p->Chainage, sizeof(double), h);
-            h = hash_bytes(&p->Elevation, sizeof(double), h);
-            h = hash_bytes(&p->Radius, sizeof(double), h);
-            h = hash_bytes(&p->Length, sizeof(double), h);
-        }
-        h = hash_bytes(&p->Type, 1, h);
-        h = hash_bytes(&p->Given, 1, h);
-        h = hash_bytes(&p->VertexChainage, sizeof(double), h);
-        h = hash_bytes(&p->VertexElevation, sizeof(double), h);
-        h = hash_bytes(&p->GradeIn, sizeof(double), h);
-        h = hash_bytes(&p->GradeOut, sizeof(double), h);
-    }
-    out->points_rest = (int32_t)h;
-    {
-        const struct vcolumns c = {out->Chainage, out->Elevation, NULL,
-                                   NULL,          out->Radius,    out->Length};
-        pack_vtable(table, &c, &out->rest, &out->touched);
-    }
-    out->table_count = count;
-    return status;
-}
-
 /* ---- LIB_CalWay_Width, LIB_CalWay_SideSlope ---------------------------------------- */
 
 #define SECTION_CAPACITY 81
-struct section_in {
-    SectionRecord table[SECTION_CAPACITY];
-    double chainage;
-    unsigned char count;
-    unsigned char mode;
-    unsigned char pad[6];
-};
-struct section_out {
-    SectionRecord record;
-};
-#define width_in section_in
-#define width_out section_out
-#define slope_in section_in
-#define slope_out section_out
 
-static void section_generate(qv_gen* g, struct section_in* in, int slopes)
+static void section_generate(qv_gen* g, LIB_CalWay_Width_in* in, int slopes)
 {
     static const unsigned char modes[] = {0, 0, 0, 1};
     double marks[SECTION_CAPACITY];
@@ -1350,40 +796,17 @@ static void section_generate(qv_gen* g, struct section_in* in, int slopes)
     }
 }
 
-static void width_generate(qv_gen* g, void* in_) { section_generate(g, in_, 0); }
+void LIB_CalWay_Width_generate(qv_gen* g, LIB_CalWay_Width_in* in) { section_generate(g, in, 0); }
 
-static void slope_generate(qv_gen* g, void* in_) { section_generate(g, in_, 1); }
-
-static int width_call(const void* in_, void* out_)
+void LIB_CalWay_SideSlope_generate(qv_gen* g, LIB_CalWay_SideSlope_in* in)
 {
-    const struct section_in* in = in_;
-    struct section_out* out = out_;
-    return QV_FN(LIB_CalWay_Width)(in->table, in->count, in->chainage, &out->record, in->mode);
-}
-
-static int slope_call(const void* in_, void* out_)
-{
-    const struct section_in* in = in_;
-    struct section_out* out = out_;
-    return QV_FN(LIB_CalWay_SideSlope)(in->table, in->count, in->chainage, &out->record, in->mode);
+    section_generate(g, in, 1);
 }
 
 /* ---- LIB_CalWay_H_Side ---------------------------------------------------------------- */
 
-struct h_side_in {
-    TangentPoint centre;
-    SectionRecord widths;
-    TangentPoint before; /* what the output holds before the call */
-    unsigned char side;
-    unsigned char pad[7];
-};
-struct h_side_out {
-    TangentPoint edge;
-};
-
-static void h_side_generate(qv_gen* g, void* in_)
+void LIB_CalWay_H_Side_generate(qv_gen* g, LIB_CalWay_H_Side_in* in)
 {
-    struct h_side_in* in = in_;
     in->centre.X = site_coordinate(g);
     in->centre.Y = site_coordinate(g);
     in->centre.Azimuth = any_azimuth(g);
@@ -1394,37 +817,16 @@ static void h_side_generate(qv_gen* g, void* in_)
     in->widths.Chainage = qv_uniform(g, 0.0, 20000.0);
     in->widths.Left = qv_chance(g, 10) ? qv_length(g) : qv_uniform(g, 0.0, 15.0);
     in->widths.Right = qv_chance(g, 10) ? qv_length(g) : qv_uniform(g, 0.0, 15.0);
-    in->before.X = qv_chance(g, 3) ? qv_special(g) : qv_uniform(g, -1e5, 1e5);
-    in->before.Y = qv_uniform(g, -1e5, 1e5);
-    in->before.Azimuth = qv_chance(g, 3) ? qv_angle(g) : qv_uniform(g, 0.0, 1296000.0);
+    in->edge.X = qv_chance(g, 3) ? qv_special(g) : qv_uniform(g, -1e5, 1e5);
+    in->edge.Y = qv_uniform(g, -1e5, 1e5);
+    in->edge.Azimuth = qv_chance(g, 3) ? qv_angle(g) : qv_uniform(g, 0.0, 1296000.0);
     in->side = qv_byte(g, side_bytes, 6);
-}
-
-static int h_side_call(const void* in_, void* out_)
-{
-    const struct h_side_in* in = in_;
-    struct h_side_out* out = out_;
-    out->edge = in->before;
-    return QV_FN(LIB_CalWay_H_Side)(&in->centre, &in->widths, &out->edge, in->side);
 }
 
 /* ---- LIB_CalWay_V_Side ---------------------------------------------------------------- */
 
-struct v_side_in {
-    SectionRecord widths;
-    SectionRecord slopes;
-    double centre_elevation;
-    double range_start;
-    double range_end;
-    double before; /* what the output holds before the call */
-    unsigned char side;
-    unsigned char pad[7];
-};
-#define v_side_out v_elevation_out
-
-static void v_side_generate(qv_gen* g, void* in_)
+void LIB_CalWay_V_Side_generate(qv_gen* g, LIB_CalWay_V_Side_in* in)
 {
-    struct v_side_in* in = in_;
     static const double offsets[] = {0.0, 0.0009, 0.001, 0.0011, -0.0009, -0.001, -0.0011};
     const double k = qv_uniform(g, 0.0, 20000.0);
     in->widths.Chainage = k;
@@ -1447,49 +849,9 @@ static void v_side_generate(qv_gen* g, void* in_)
     case 5: in->range_start = in->range_end + 1.0; break;
     default: break;
     }
-    in->before = elevation_before(g);
+    in->elevation = elevation_before(g);
     if (qv_chance(g, 8)) {
-        in->before = qv_chance(g, 2) ? nextafter(LIMIT, INFINITY) : -LIMIT;
+        in->elevation = qv_chance(g, 2) ? nextafter(LIMIT, INFINITY) : -LIMIT;
     }
     in->side = qv_byte(g, side_bytes, 6);
 }
-
-static int v_side_call(const void* in_, void* out_)
-{
-    const struct v_side_in* in = in_;
-    struct v_elevation_out* out = out_;
-    out->elevation = in->before;
-    return QV_FN(LIB_CalWay_V_Side)(&in->widths, &in->slopes, in->centre_elevation, in->range_start,
-                                    in->range_end, &out->elevation, in->side);
-}
-
-/* ---- the family ------------------------------------------------------------------------ */
-
-static const qv_function functions[] = {
-    QV_FUNCTION(LIB_CalWay_H_Line_On, line_on, "X:d Y:d", 0),
-    QV_FUNCTION(LIB_CalWay_H_Circle_On, circle_on, "X:d Y:d", 0),
-    QV_FUNCTION(LIB_CalWay_H_Curve_On, curve_on, "X:d Y:d", 0),
-    QV_FUNCTION(LIB_CalWay_H_Circle_AZ, circle_az, "azimuth:d", 0),
-    QV_FUNCTION(LIB_CalWay_H_Curve_AZ, curve_az, "azimuth:d", 0),
-    QV_FUNCTION(LIB_CalWay_H_Curve_End, curve_end, "X:d Y:d Azimuth:d", 0),
-    QV_FUNCTION(LIB_CalWay_H_Cross_TurnAngle, turn, "turn_angle:d", 0),
-    QV_FUNCTION(LIB_CalWay_H_Cross_Length, cross_length,
-                "EntryTangent:d ExitTangent:d ArcLength:d CurveLength:d", 0),
-    QV_FUNCTION(LIB_CalWay_H_Cross_MainPoint, cross, CROSS_LAYOUT, 128),
-    QV_FUNCTION(LIB_CalWay_H_Cross_MainPoint_Full, cross_full, CROSS_LAYOUT, 128),
-    QV_FUNCTION(LIB_CalWay_H_Ele_MainPoint, ele, HTABLE, 128),
-    QV_FUNCTION(LIB_CalWay_H_On, h_on, "X:d Y:d Azimuth:d", 128),
-    QV_FUNCTION(LIB_CalWay_Pile, pile, "piles:d81 count:i pad:x4", 128),
-    QV_FUNCTION(LIB_CalWay_V_Line_On, v_line, "elevation:d", 0),
-    QV_FUNCTION(LIB_CalWay_V_Curve_On, v_curve, "elevation:d", 0),
-    QV_FUNCTION(LIB_CalWay_V_Circle_On, v_circle, "elevation:d", 0),
-    QV_FUNCTION(LIB_CalWay_V_Ele_MainPoint, v_ele, V_ELE_LAYOUT, 128),
-    QV_FUNCTION(LIB_CalWay_V_Cross_MainPoint, v_cross, V_CROSS_LAYOUT, 128),
-    QV_FUNCTION(LIB_CalWay_V_On, v_on, "elevation:d", 128),
-    QV_FUNCTION(LIB_CalWay_Width, width, "Chainage:d Left:d Right:d", 0),
-    QV_FUNCTION(LIB_CalWay_SideSlope, slope, "Chainage:d Left:d Right:d", 0),
-    QV_FUNCTION(LIB_CalWay_H_Side, h_side, "X:d Y:d Azimuth:d", 0),
-    QV_FUNCTION(LIB_CalWay_V_Side, v_side, "elevation:d", 0),
-};
-
-const qv_family qv_family_road = {"road", functions, QV_COUNT(functions)};

@@ -1,4 +1,4 @@
-/* Reference vectors of the setup family: resection, orientation, base line,
+/* Inputs of the reference vectors, setup family: resection, orientation, base line,
  * projection and reference line, vertical and slope planes, arcs.
  *
  * Most cases come from a plausible set-up (known points around the station,
@@ -6,12 +6,12 @@
  * hundred metres away); the rest push the tests that flip a result: counts at
  * their limits, coincident and collinear points, sights behind the
  * instrument, the range limit, infinities and not-a-numbers. */
-#include "qv.h"
+#include "qv_table.h"
 
 #include <math.h>
 #include <string.h>
 
-#define MAX_KNOWN 20
+#define MAX_KNOWN QV_ELEMENTS(LIB_RESA2D_in, known)
 
 static const unsigned char mode_bytes[] = {0, 0, 1, 1, 2, 255};
 
@@ -46,16 +46,6 @@ static void line_points(qv_gen* g, SurveyPoint* a, SurveyPoint* b)
 
 /* ---- LIB_RESA2D ------------------------------------------------------------- */
 
-struct resa2d_in {
-    AngleObservation obs[MAX_KNOWN];
-    SurveyPoint known[MAX_KNOWN];
-    unsigned char n;
-    unsigned char pad[7];
-};
-struct resa2d_out {
-    double distances[MAX_KNOWN];
-};
-
 /* Known points round a station and the directions read to them with the
  * circle set at an arbitrary orientation; every slot of the arrays is filled. */
 static void sightings(qv_gen* g, const SurveyPoint* station, AngleObservation* obs,
@@ -78,10 +68,9 @@ static void sightings(qv_gen* g, const SurveyPoint* station, AngleObservation* o
     }
 }
 
-static void resa2d_generate(qv_gen* g, void* in_)
+void LIB_RESA2D_generate(qv_gen* g, LIB_RESA2D_in* in)
 {
     static const unsigned char counts[] = {0, 2, 3, 3, 4, 5, 6, 7, 20, 21, 255};
-    struct resa2d_in* in = in_;
     const SurveyPoint station = qv_point(g);
     /* all round, or within a sector (a gap of more than a half circle) */
     const double spread = qv_chance(g, 2) ? 1296000.0 : qv_uniform(g, 50000.0, 640000.0);
@@ -107,33 +96,11 @@ static void resa2d_generate(qv_gen* g, void* in_)
     }
 }
 
-static int resa2d_call(const void* in_, void* out_)
-{
-    const struct resa2d_in* in = in_;
-    struct resa2d_out* out = out_;
-    return QV_FN(LIB_RESA2D)(in->obs, in->known, in->n, out->distances);
-}
-
 /* ---- LIB_RESDist ------------------------------------------------------------ */
 
-struct resdist_in {
-    DistanceRecord dists[MAX_KNOWN];
-    AngleObservation obs[MAX_KNOWN];
-    SurveyPoint known[MAX_KNOWN];
-    double target_heights[MAX_KNOWN];
-    double instrument_height;
-    unsigned char n;
-    unsigned char mode;
-    unsigned char pad[6];
-};
-struct resdist_out {
-    ResectionResult record;
-};
-
-static void resdist_generate(qv_gen* g, void* in_)
+void LIB_RESDist_generate(qv_gen* g, LIB_RESDist_in* in)
 {
     static const unsigned char counts[] = {0, 1, 2, 3, 20, 21, 255};
-    struct resdist_in* in = in_;
     const SurveyPoint station = qv_point(g);
     /* beyond a quarter circle the orientation comes out folded */
     const double orientation = qv_uniform(g, -648000.0, 648000.0);
@@ -181,59 +148,20 @@ static void resdist_generate(qv_gen* g, void* in_)
     }
 }
 
-static int resdist_call(const void* in_, void* out_)
-{
-    const struct resdist_in* in = in_;
-    struct resdist_out* out = out_;
-    return QV_FN(LIB_RESDist)(in->instrument_height, in->dists, in->obs, in->known,
-                              in->target_heights, in->n, &out->record, in->mode);
-}
-
 /* ---- LIB_RESSetAngle -------------------------------------------------------- */
 
-struct setangle_in {
-    SurveyPoint station;
-    SurveyPoint target;
-    double reading;
-    double orientation; /* in and out */
-    double azimuth;     /* kept when the points coincide in plan */
-};
-struct setangle_out {
-    double orientation;
-    double azimuth;
-};
-
-static void setangle_generate(qv_gen* g, void* in_)
+void LIB_RESSetAngle_generate(qv_gen* g, LIB_RESSetAngle_in* in)
 {
-    struct setangle_in* in = in_;
     line_points(g, &in->station, &in->target);
     in->reading = qv_angle(g);
     in->orientation = qv_chance(g, 3) ? 0.0 : qv_angle(g);
     in->azimuth = qv_angle(g);
 }
 
-static int setangle_call(const void* in_, void* out_)
-{
-    const struct setangle_in* in = in_;
-    struct setangle_out* out = out_;
-    out->orientation = in->orientation;
-    out->azimuth = in->azimuth;
-    return QV_FN(LIB_RESSetAngle)(&in->station, &in->target, in->reading, &out->orientation,
-                                  &out->azimuth);
-}
-
 /* ---- LIB_BaseLine ----------------------------------------------------------- */
 
-struct baseline_in {
-    SurveyPoint pts[2];
-};
-struct baseline_out {
-    BaselineRecord record;
-};
-
-static void baseline_generate(qv_gen* g, void* in_)
+void LIB_BaseLine_generate(qv_gen* g, LIB_BaseLine_in* in)
 {
-    struct baseline_in* in = in_;
     line_points(g, &in->pts[0], &in->pts[1]);
     if (qv_chance(g, 10)) {
         /* a line of exactly the range limit, or one last bit longer */
@@ -251,21 +179,7 @@ static void baseline_generate(qv_gen* g, void* in_)
     }
 }
 
-static int baseline_call(const void* in_, void* out_)
-{
-    const struct baseline_in* in = in_;
-    struct baseline_out* out = out_;
-    return QV_FN(LIB_BaseLine)(in->pts, &out->record);
-}
-
 /* ---- LIB_Project ------------------------------------------------------------ */
-
-struct project_in {
-    SurveyPoint pts[3];
-};
-struct project_out {
-    ProjectionRecord record;
-};
 
 /* A third point beside the line A-B: near A or B, on the line, or anywhere. */
 static SurveyPoint third_point(qv_gen* g, const SurveyPoint* a, const SurveyPoint* b)
@@ -284,33 +198,16 @@ static SurveyPoint third_point(qv_gen* g, const SurveyPoint* a, const SurveyPoin
     }
 }
 
-static void project_generate(qv_gen* g, void* in_)
+void LIB_Project_generate(qv_gen* g, LIB_Project_in* in)
 {
-    struct project_in* in = in_;
     line_points(g, &in->pts[0], &in->pts[1]);
     in->pts[2] = third_point(g, &in->pts[0], &in->pts[1]);
 }
 
-static int project_call(const void* in_, void* out_)
-{
-    const struct project_in* in = in_;
-    struct project_out* out = out_;
-    return QV_FN(LIB_Project)(in->pts, &out->record);
-}
-
 /* ---- LIB_LSO_Point ---------------------------------------------------------- */
 
-struct lsopoint_in {
-    SurveyPoint pts[2];
-    LinePosition pos;
-};
-struct lsopoint_out {
-    SurveyPoint point;
-};
-
-static void lsopoint_generate(qv_gen* g, void* in_)
+void LIB_LSO_Point_generate(qv_gen* g, LIB_LSO_Point_in* in)
 {
-    struct lsopoint_in* in = in_;
     line_points(g, &in->pts[0], &in->pts[1]);
     in->pos.Along = qv_uniform(g, -100.0, 300.0);
     in->pos.Across = qv_uniform(g, -50.0, 50.0);
@@ -327,26 +224,10 @@ static void lsopoint_generate(qv_gen* g, void* in_)
     }
 }
 
-static int lsopoint_call(const void* in_, void* out_)
-{
-    const struct lsopoint_in* in = in_;
-    struct lsopoint_out* out = out_;
-    return QV_FN(LIB_LSO_Point)(in->pts, &in->pos, &out->point);
-}
-
 /* ---- LIB_LSO_Line ----------------------------------------------------------- */
 
-struct lsoline_in {
-    SurveyPoint pts[3];
-    double design_offset;
-};
-struct lsoline_out {
-    ProjectionRecord record;
-};
-
-static void lsoline_generate(qv_gen* g, void* in_)
+void LIB_LSO_Line_generate(qv_gen* g, LIB_LSO_Line_in* in)
 {
-    struct lsoline_in* in = in_;
     line_points(g, &in->pts[0], &in->pts[1]);
     in->pts[2] = third_point(g, &in->pts[0], &in->pts[1]);
     in->design_offset = qv_uniform(g, -20.0, 20.0);
@@ -355,27 +236,10 @@ static void lsoline_generate(qv_gen* g, void* in_)
     }
 }
 
-static int lsoline_call(const void* in_, void* out_)
-{
-    const struct lsoline_in* in = in_;
-    struct lsoline_out* out = out_;
-    return QV_FN(LIB_LSO_Line)(in->pts, in->design_offset, &out->record);
-}
-
 /* ---- LIB_VPlane ------------------------------------------------------------- */
 
-struct vplane_in {
-    StationRecord station;
-    AngleObservation sight;
-    SurveyPoint plane[2];
-};
-struct vplane_out {
-    PlaneHitRecord record;
-};
-
-static void vplane_generate(qv_gen* g, void* in_)
+void LIB_VPlane_generate(qv_gen* g, LIB_VPlane_in* in)
 {
-    struct vplane_in* in = in_;
     SurveyPoint at;
     SurveyPoint target;
     double along = qv_uniform(g, -0.5, 1.5);
@@ -412,27 +276,10 @@ static void vplane_generate(qv_gen* g, void* in_)
     }
 }
 
-static int vplane_call(const void* in_, void* out_)
-{
-    const struct vplane_in* in = in_;
-    struct vplane_out* out = out_;
-    return QV_FN(LIB_VPlane)(&in->station, &in->sight, in->plane, &out->record);
-}
-
 /* ---- LIB_SPlane ------------------------------------------------------------- */
 
-struct splane_in {
-    StationRecord station;
-    AngleObservation sight;
-    SurveyPoint plane[3];
-};
-struct splane_out {
-    PlaneHitRecord record;
-};
-
-static void splane_generate(qv_gen* g, void* in_)
+void LIB_SPlane_generate(qv_gen* g, LIB_SPlane_in* in)
 {
-    struct splane_in* in = in_;
     SurveyPoint at;
     SurveyPoint target;
     const double u = qv_uniform(g, -0.5, 1.5);
@@ -474,28 +321,10 @@ static void splane_generate(qv_gen* g, void* in_)
     }
 }
 
-static int splane_call(const void* in_, void* out_)
-{
-    const struct splane_in* in = in_;
-    struct splane_out* out = out_;
-    return QV_FN(LIB_SPlane)(&in->station, &in->sight, in->plane, &out->record);
-}
-
 /* ---- LIB_ArcCalc ------------------------------------------------------------ */
 
-struct arc_in {
-    StationRecord station;
-    ArcDefinition arc;
-    unsigned char mode;
-    unsigned char pad[7];
-};
-struct arc_out {
-    ArcResult record;
-};
-
-static void arc_generate(qv_gen* g, void* in_)
+void LIB_ArcCalc_generate(qv_gen* g, LIB_ArcCalc_in* in)
 {
-    struct arc_in* in = in_;
     SurveyPoint at;
     SurveyPoint centre;
     SurveyPoint target;
@@ -551,34 +380,3 @@ static void arc_generate(qv_gen* g, void* in_)
     }
     in->mode = qv_byte(g, mode_bytes, 6);
 }
-
-static int arc_call(const void* in_, void* out_)
-{
-    const struct arc_in* in = in_;
-    struct arc_out* out = out_;
-    return QV_FN(LIB_ArcCalc)(&in->station, &in->arc, &out->record, in->mode);
-}
-
-/* ---- the family ---------------------------------------------------------------- */
-
-#define PROJECTION "FootX:d FootY:d FootH:d Across:d Along:d LineDH:d"
-#define PLANE_HIT "X:d Y:d H:d SightDistance:d PlaneAlong:d PlaneOffset:d"
-
-static const qv_function functions[] = {
-    QV_FUNCTION(LIB_RESA2D, resa2d, "distances:d20", 128),
-    QV_FUNCTION(LIB_RESDist, resdist, "X:d Y:d H:d mX:d mY:d mH:d Orientation:w", 128),
-    QV_FUNCTION(LIB_RESSetAngle, setangle, "orientation:d azimuth:d", 0),
-    QV_FUNCTION(LIB_BaseLine, baseline, "Spare1:d HorizontalDistance:d Spare3:d Grade:d Azimuth:d",
-                0),
-    QV_FUNCTION(LIB_Project, project, PROJECTION, 0),
-    QV_FUNCTION(LIB_LSO_Point, lsopoint, "X:d Y:d H:d", 0),
-    QV_FUNCTION(LIB_LSO_Line, lsoline, PROJECTION, 0),
-    QV_FUNCTION(LIB_VPlane, vplane, PLANE_HIT, 0),
-    QV_FUNCTION(LIB_SPlane, splane, PLANE_HIT, 0),
-    QV_FUNCTION(LIB_ArcCalc, arc,
-                "CentreX:d CentreY:d Radius:d X:d Y:d H:d HorizontalDistance:d SightDistance:d "
-                "ArcLength:d",
-                0),
-};
-
-const qv_family qv_family_setup = {"setup", functions, QV_COUNT(functions)};

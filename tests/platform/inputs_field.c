@@ -1,4 +1,4 @@
-/* Reference vectors of the field family: stakeout, remote height, offsets,
+/* Inputs of the reference vectors, field family: stakeout, remote height, offsets,
  * area, missing line, intersections, line height, circle and round objects.
  *
  * Most cases are built from a plausible set-up (a station, targets a few
@@ -6,7 +6,7 @@
  * arithmetic runs through; the rest push the tests that flip a result: zero
  * and negative distances, coincident points, fold boundaries, counts at their
  * limits, the range limit, infinities and not-a-numbers. */
-#include "qv.h"
+#include "qv_table.h"
 
 #include <math.h>
 #include <string.h>
@@ -23,16 +23,10 @@ static double zenith_angle(qv_gen* g)
 {
     static const double marks[] = {0.0, 324000.0, 648000.0, 972000.0, 1296000.0};
     const unsigned kind = qv_below(g, 10);
-    if (kind < 6) {
-        return qv_uniform(g, 250000.0, 400000.0);
-    }
     if (kind < 8) {
-        return qv_uniform(g, 896000.0, 1046000.0);
+        return kind < 6 ? qv_uniform(g, 250000.0, 400000.0) : qv_uniform(g, 896000.0, 1046000.0);
     }
-    if (kind < 9) {
-        return marks[qv_below(g, 5)];
-    }
-    return qv_angle(g);
+    return kind < 9 ? marks[qv_below(g, 5)] : qv_angle(g);
 }
 
 /* A reduced measurement: slope distance a little longer than the horizontal
@@ -64,31 +58,28 @@ static double reading_toward(const StationRecord* s, const SurveyPoint* target)
     return s->signA == s->signB ? az : qv_on_circle(az + 648000.0);
 }
 
+/* A set-up with a known point a few metres to a few hundred away (or near
+ * the station) and the horizontal and zenith angles sighted at it, the
+ * horizontal one now and then any angle. */
+static void sighting_known(qv_gen* g, StationRecord* station, DistanceRecord* measured,
+                           SurveyPoint* known, double* angles)
+{
+    SurveyPoint at;
+    *station = qv_site_station(g);
+    at = qv_station_point(station);
+    *measured = measurement(g);
+    *known = qv_chance(g, 2) ? qv_point_around(g, &at, 1.0, 800.0) : qv_point_near(g, &at);
+    angles[0] = qv_chance(g, 2) ? reading_toward(station, known) : qv_angle(g);
+    angles[1] = zenith_angle(g);
+}
+
 /* ---- LIB_SO_DistAngle ------------------------------------------------------- */
 
-struct sodistangle_in {
-    StationRecord station;
-    DistanceRecord measured;
-    double measured_angle;
-    double design_distance;
-    double design_angle;
-    SODistAngleResult before; /* what out holds before the call */
-    unsigned char distance_type;
-    unsigned char with_measured;
-    unsigned char with_angle;
-    unsigned char with_out;
-    unsigned char pad[4];
-};
-struct sodistangle_out {
-    SODistAngleResult record;
-};
-
-static void sodistangle_generate(qv_gen* g, void* in_)
+void LIB_SO_DistAngle_generate(qv_gen* g, LIB_SO_DistAngle_in* in)
 {
     static const unsigned char types[] = {0, 1, 2, 3, 1, 2, 3, 4, 255};
     static const double folds[] = {648000.0,  648000.0000000001, -648000.0, -648000.0000000001,
                                    1296000.0, -1944000.0,        2000000.0, NAN};
-    struct sodistangle_in* in = in_;
     in->station = qv_site_station(g);
     in->measured = measurement(g);
     in->measured_angle = qv_angle(g);
@@ -102,40 +93,18 @@ static void sodistangle_generate(qv_gen* g, void* in_)
         static const double edges[] = {0.0, -0.0, -0x1p-1074, -1.0};
         in->design_angle = edges[qv_below(g, 4)];
     }
-    in->before.DistanceDifference = qv_length(g);
-    in->before.AngleDifference = qv_chance(g, 2) ? folds[qv_below(g, 8)] : qv_angle(g);
+    in->record.DistanceDifference = qv_length(g);
+    in->record.AngleDifference = qv_chance(g, 2) ? folds[qv_below(g, 8)] : qv_angle(g);
     in->distance_type = qv_byte(g, types, 9);
     in->with_measured = !qv_chance(g, 8);
-    in->with_angle = !qv_chance(g, 5);
-    in->with_out = !qv_chance(g, 32);
-}
-
-static int sodistangle_call(const void* in_, void* out_)
-{
-    const struct sodistangle_in* in = in_;
-    struct sodistangle_out* out = out_;
-    out->record = in->before;
-    return QV_FN(LIB_SO_DistAngle)(&in->station, in->with_measured ? &in->measured : NULL,
-                                   in->with_angle ? &in->measured_angle : NULL, in->design_distance,
-                                   in->design_angle, in->with_out ? &out->record : NULL,
-                                   in->distance_type);
+    in->with_measured_angle = !qv_chance(g, 5);
+    in->with_record = !qv_chance(g, 32);
 }
 
 /* ---- LIB_SO_Coor ------------------------------------------------------------ */
 
-struct socoor_in {
-    StationRecord station;
-    DistanceRecord measured;
-    double measured_angle;
-    SurveyPoint design;
-};
-struct socoor_out {
-    SOCoorResult record;
-};
-
-static void socoor_generate(qv_gen* g, void* in_)
+void LIB_SO_Coor_generate(qv_gen* g, LIB_SO_Coor_in* in)
 {
-    struct socoor_in* in = in_;
     const SurveyPoint* design = &in->design;
     SurveyPoint at;
     in->station = qv_site_station(g);
@@ -153,29 +122,10 @@ static void socoor_generate(qv_gen* g, void* in_)
     }
 }
 
-static int socoor_call(const void* in_, void* out_)
-{
-    const struct socoor_in* in = in_;
-    struct socoor_out* out = out_;
-    return QV_FN(LIB_SO_Coor)(&in->station, &in->measured, &in->measured_angle, &in->design,
-                              &out->record);
-}
-
 /* ---- LIB_SO_Height ---------------------------------------------------------- */
 
-struct soheight_in {
-    StationRecord station;
-    DistanceRecord measured;
-    double angles[2];
-    double design_height;
-};
-struct soheight_out {
-    double height;
-};
-
-static void soheight_generate(qv_gen* g, void* in_)
+void LIB_SO_Height_generate(qv_gen* g, LIB_SO_Height_in* in)
 {
-    struct soheight_in* in = in_;
     in->station = qv_site_station(g);
     in->measured = measurement(g);
     in->angles[0] = qv_angle(g);
@@ -183,31 +133,12 @@ static void soheight_generate(qv_gen* g, void* in_)
     in->design_height = qv_chance(g, 10) ? qv_special(g) : qv_uniform(g, -100.0, 3000.0);
 }
 
-static int soheight_call(const void* in_, void* out_)
-{
-    const struct soheight_in* in = in_;
-    struct soheight_out* out = out_;
-    return QV_FN(LIB_SO_Height)(&in->station, &in->measured, in->angles, in->design_height,
-                                &out->height);
-}
-
 /* ---- LIB_SO_Divide ---------------------------------------------------------- */
 
-struct sodivide_in {
-    double lengths[2];
-    double directions[2];
-    unsigned char counts[2];
-    unsigned char pad[6];
-};
-struct sodivide_out {
-    SODivideResult record;
-};
-
-static void sodivide_generate(qv_gen* g, void* in_)
+void LIB_SO_Divide_generate(qv_gen* g, LIB_SO_Divide_in* in)
 {
     static const unsigned char divisions[] = {0, 1, 2, 4, 98, 99, 100, 255};
     static const unsigned char indices[] = {0, 1, 8, 197, 198, 199, 255};
-    struct sodivide_in* in = in_;
     const unsigned char n =
         qv_chance(g, 4) ? qv_byte(g, divisions, 8) : (unsigned char)(1 + qv_below(g, 99));
     const unsigned char i =
@@ -221,31 +152,11 @@ static void sodivide_generate(qv_gen* g, void* in_)
     in->counts[1] = i;
 }
 
-static int sodivide_call(const void* in_, void* out_)
-{
-    const struct sodivide_in* in = in_;
-    struct sodivide_out* out = out_;
-    return QV_FN(LIB_SO_Divide)(in->lengths, in->directions, in->counts, &out->record);
-}
-
 /* ---- LIB_Hight -------------------------------------------------------------- */
 
-struct hight_in {
-    StationRecord station;
-    DistanceRecord measured;
-    double first_zenith;
-    double second_zenith;
-    unsigned char mode;
-    unsigned char pad[7];
-};
-struct hight_out {
-    double height;
-};
-
-static void hight_generate(qv_gen* g, void* in_)
+void LIB_Hight_generate(qv_gen* g, LIB_Hight_in* in)
 {
     static const unsigned char modes[] = {0, 0, 1, 1, 2, 255};
-    struct hight_in* in = in_;
     in->station = qv_site_station(g);
     in->measured = measurement(g);
     in->first_zenith = zenith_angle(g);
@@ -257,69 +168,18 @@ static void hight_generate(qv_gen* g, void* in_)
     in->mode = qv_byte(g, modes, 6);
 }
 
-static int hight_call(const void* in_, void* out_)
-{
-    const struct hight_in* in = in_;
-    struct hight_out* out = out_;
-    return QV_FN(LIB_Hight)(&in->station, &in->measured, in->first_zenith, in->second_zenith,
-                            &out->height, in->mode);
-}
-
 /* ---- LIB_OS_Angle ----------------------------------------------------------- */
 
-struct osangle_in {
-    StationRecord station;
-    DistanceRecord measured;
-    double angles[2];
-    SurveyPoint known; /* the caller's record; mode 1 raises its H */
-    unsigned char mode;
-    unsigned char pad[7];
-};
-struct osangle_out {
-    DistAngleRecord record;
-    SurveyPoint known;
-};
-
-static void osangle_generate(qv_gen* g, void* in_)
+void LIB_OS_Angle_generate(qv_gen* g, LIB_OS_Angle_in* in)
 {
-    struct osangle_in* in = in_;
-    SurveyPoint at;
-    in->station = qv_site_station(g);
-    at = qv_station_point(&in->station);
-    in->measured = measurement(g);
-    in->known = qv_chance(g, 2) ? qv_point_around(g, &at, 1.0, 800.0) : qv_point_near(g, &at);
-    in->angles[0] = qv_chance(g, 2) ? reading_toward(&in->station, &in->known) : qv_angle(g);
-    in->angles[1] = zenith_angle(g);
+    sighting_known(g, &in->station, &in->measured, &in->known, in->angles);
     in->mode = qv_byte(g, two_modes, 6);
-}
-
-static int osangle_call(const void* in_, void* out_)
-{
-    const struct osangle_in* in = in_;
-    struct osangle_out* out = out_;
-    out->known = in->known;
-    return QV_FN(LIB_OS_Angle)(&in->station, &in->measured, in->angles, &out->known, &out->record,
-                               in->mode);
 }
 
 /* ---- LIB_OS_Dist1 ----------------------------------------------------------- */
 
-struct osdist1_in {
-    StationRecord station;
-    DistanceRecord measured;
-    double measured_angle;
-    SurveyPoint known;
-    double offsets[3];
-    unsigned char mode;
-    unsigned char pad[7];
-};
-struct osdist1_out {
-    DistAngleRecord record;
-};
-
-static void osdist1_generate(qv_gen* g, void* in_)
+void LIB_OS_Dist1_generate(qv_gen* g, LIB_OS_Dist1_in* in)
 {
-    struct osdist1_in* in = in_;
     SurveyPoint at;
     unsigned k;
     in->station = qv_site_station(g);
@@ -347,28 +207,10 @@ static void osdist1_generate(qv_gen* g, void* in_)
     }
 }
 
-static int osdist1_call(const void* in_, void* out_)
-{
-    const struct osdist1_in* in = in_;
-    struct osdist1_out* out = out_;
-    return QV_FN(LIB_OS_Dist1)(&in->station, &in->measured, &in->measured_angle, &in->known,
-                               in->offsets, &out->record, in->mode);
-}
-
 /* ---- LIB_OS_Dist2 ----------------------------------------------------------- */
 
-struct osdist2_in {
-    StationRecord station;
-    SurveyPoint line[2];
-    double extension;
-};
-struct osdist2_out {
-    DistAngleRecord record;
-};
-
-static void osdist2_generate(qv_gen* g, void* in_)
+void LIB_OS_Dist2_generate(qv_gen* g, LIB_OS_Dist2_in* in)
 {
-    struct osdist2_in* in = in_;
     SurveyPoint at;
     in->station = qv_site_station(g);
     at = qv_station_point(&in->station);
@@ -388,27 +230,10 @@ static void osdist2_generate(qv_gen* g, void* in_)
     }
 }
 
-static int osdist2_call(const void* in_, void* out_)
-{
-    const struct osdist2_in* in = in_;
-    struct osdist2_out* out = out_;
-    return QV_FN(LIB_OS_Dist2)(&in->station, in->line, in->extension, &out->record);
-}
-
 /* ---- LIB_Area --------------------------------------------------------------- */
 
-struct area_in {
-    SurveyPoint points[255];
-    unsigned char count;
-    unsigned char pad[7];
-};
-struct area_out {
-    AreaResult record;
-};
-
-static void area_generate(qv_gen* g, void* in_)
+void LIB_Area_generate(qv_gen* g, LIB_Area_in* in)
 {
-    struct area_in* in = in_;
     const unsigned kind = qv_below(g, 10);
     SurveyPoint centre = qv_point(g);
     double radius = qv_uniform(g, 1.0, 500.0);
@@ -439,30 +264,10 @@ static void area_generate(qv_gen* g, void* in_)
     }
 }
 
-static int area_call(const void* in_, void* out_)
-{
-    const struct area_in* in = in_;
-    struct area_out* out = out_;
-    return QV_FN(LIB_Area)(in->count, in->points, &out->record);
-}
-
 /* ---- LIB_MissLine ----------------------------------------------------------- */
 
-struct missline_in {
-    StationRecord station;
-    DistanceRecord measured[2];
-    double angles[6];
-    double first_target_height;
-    double second_target_height;
-    MissLineResult before; /* its azimuth is read when the directions agree */
-};
-struct missline_out {
-    MissLineResult record;
-};
-
-static void missline_generate(qv_gen* g, void* in_)
+void LIB_MissLine_generate(qv_gen* g, LIB_MissLine_in* in)
 {
-    struct missline_in* in = in_;
     unsigned k;
     in->station = qv_site_station(g);
     in->measured[0] = measurement(g);
@@ -485,43 +290,23 @@ static void missline_generate(qv_gen* g, void* in_)
     }
     in->first_target_height = qv_uniform(g, 0.0, 3.0);
     in->second_target_height = qv_chance(g, 4) ? in->first_target_height : qv_uniform(g, 0.0, 3.0);
-    in->before.SlopeDistance = qv_length(g);
-    in->before.HorizontalDistance = qv_length(g);
-    in->before.HeightDifference = qv_length(g);
-    in->before.Grade = qv_length(g);
-    in->before.Azimuth = qv_angle(g);
-}
-
-static int missline_call(const void* in_, void* out_)
-{
-    const struct missline_in* in = in_;
-    struct missline_out* out = out_;
-    out->record = in->before;
-    return QV_FN(LIB_MissLine)(&in->station, in->measured, in->angles, in->first_target_height,
-                               in->second_target_height, &out->record);
+    in->record.SlopeDistance = qv_length(g);
+    in->record.HorizontalDistance = qv_length(g);
+    in->record.HeightDifference = qv_length(g);
+    in->record.Grade = qv_length(g);
+    in->record.Azimuth = qv_angle(g);
 }
 
 /* ---- LIB_CalFrontMeet ------------------------------------------------------- */
-
-struct frontmeet_in {
-    FrontMeetInput input;
-    SurveyPoint before; /* tested for range when no mode computes */
-    unsigned char mode;
-    unsigned char pad[7];
-};
-struct frontmeet_out {
-    SurveyPoint point;
-};
 
 static double plan_distance(const SurveyPoint* a, const SurveyPoint* b)
 {
     return sqrt((b->X - a->X) * (b->X - a->X) + (b->Y - a->Y) * (b->Y - a->Y));
 }
 
-static void frontmeet_generate(qv_gen* g, void* in_)
+void LIB_CalFrontMeet_generate(qv_gen* g, LIB_CalFrontMeet_in* in)
 {
     static const unsigned char modes[] = {0, 0, 1, 1, 2, 255};
-    struct frontmeet_in* in = in_;
     FrontMeetKnown* a = &in->input.A;
     FrontMeetKnown* b = &in->input.B;
     SurveyPoint p;
@@ -569,30 +354,14 @@ static void frontmeet_generate(qv_gen* g, void* in_)
     case 4: a->Distance = qv_length(g); break;
     default: break;
     }
-    in->before = qv_chance(g, 2) ? qv_point(g) : p;
+    in->point = qv_chance(g, 2) ? qv_point(g) : p;
     in->mode = qv_byte(g, modes, 6);
-}
-
-static int frontmeet_call(const void* in_, void* out_)
-{
-    const struct frontmeet_in* in = in_;
-    struct frontmeet_out* out = out_;
-    out->point = in->before;
-    return QV_FN(LIB_CalFrontMeet)(&in->input, &out->point, in->mode);
 }
 
 /* ---- LIB_CalLineCrossPT ----------------------------------------------------- */
 
-struct linecross_in {
-    LineCrossInput input;
-};
-struct linecross_out {
-    SurveyPoint point;
-};
-
-static void linecross_generate(qv_gen* g, void* in_)
+void LIB_CalLineCrossPT_generate(qv_gen* g, LIB_CalLineCrossPT_in* in)
 {
-    struct linecross_in* in = in_;
     LineCrossInput* l = &in->input;
     l->P1 = qv_point(g);
     l->P2 = qv_chance(g, 4) ? qv_point_near(g, &l->P1) : qv_point_around(g, &l->P1, 1.0, 300.0);
@@ -621,41 +390,12 @@ static void linecross_generate(qv_gen* g, void* in_)
     }
 }
 
-static int linecross_call(const void* in_, void* out_)
-{
-    const struct linecross_in* in = in_;
-    struct linecross_out* out = out_;
-    return QV_FN(LIB_CalLineCrossPT)(&in->input, &out->point);
-}
-
 /* ---- LIB_OS_SDist ----------------------------------------------------------- */
 
-struct ossdist_in {
-    StationRecord station;
-    DistanceRecord measured;
-    double angles[2];
-    SurveyPoint known; /* the caller's record; mode 1 raises its H */
-    double offset;
-    unsigned char mode;
-    unsigned char pad[7];
-};
-struct ossdist_out {
-    double values[8];
-    SurveyPoint known;
-};
-
-static void ossdist_generate(qv_gen* g, void* in_)
+void LIB_OS_SDist_generate(qv_gen* g, LIB_OS_SDist_in* in)
 {
-    static const unsigned char modes[] = {0, 0, 1, 1, 2, 255};
-    struct ossdist_in* in = in_;
-    SurveyPoint at;
-    in->station = qv_site_station(g);
-    at = qv_station_point(&in->station);
-    in->measured = measurement(g);
-    in->known = qv_chance(g, 2) ? qv_point_around(g, &at, 1.0, 800.0) : qv_point_near(g, &at);
-    in->angles[0] = qv_chance(g, 2) ? reading_toward(&in->station, &in->known) : qv_angle(g);
-    in->angles[1] = zenith_angle(g);
-    in->mode = qv_byte(g, modes, 6);
+    sighting_known(g, &in->station, &in->measured, &in->known, in->angles);
+    in->mode = qv_byte(g, two_modes, 6);
     switch (qv_below(g, 10)) {
     case 0:
     case 1:
@@ -668,29 +408,10 @@ static void ossdist_generate(qv_gen* g, void* in_)
     }
 }
 
-static int ossdist_call(const void* in_, void* out_)
-{
-    const struct ossdist_in* in = in_;
-    struct ossdist_out* out = out_;
-    out->known = in->known;
-    return QV_FN(LIB_OS_SDist)(&in->station, &in->measured, in->angles, &out->known, in->offset,
-                               out->values, in->mode);
-}
-
 /* ---- LIB_OS_Ha -------------------------------------------------------------- */
 
-struct osha_in {
-    StationRecord station;
-    SurveyPoint line[2];
-    double horizontal_angle;
-};
-struct osha_out {
-    DistAngleRecord record;
-};
-
-static void osha_generate(qv_gen* g, void* in_)
+void LIB_OS_Ha_generate(qv_gen* g, LIB_OS_Ha_in* in)
 {
-    struct osha_in* in = in_;
     SurveyPoint at;
     SurveyPoint target;
     double along;
@@ -728,30 +449,12 @@ static void osha_generate(qv_gen* g, void* in_)
     }
 }
 
-static int osha_call(const void* in_, void* out_)
-{
-    const struct osha_in* in = in_;
-    struct osha_out* out = out_;
-    return QV_FN(LIB_OS_Ha)(&in->station, in->line, in->horizontal_angle, &out->record);
-}
-
 /* ---- LIB_CalLineHeight ------------------------------------------------------ */
 
-struct lineheight_in {
-    SurveyPoint pts[3];
-    AngleObservation obs[4];
-    unsigned char mode;
-    unsigned char pad[7];
-};
-struct lineheight_out {
-    LineHeightResult record;
-};
-
-static void lineheight_generate(qv_gen* g, void* in_)
+void LIB_CalLineHeight_generate(qv_gen* g, LIB_CalLineHeight_in* in)
 {
     static const double verticals[] = {0.0,       324000.0,  648000.0,          972000.0,
                                        1296000.0, -324000.0, 324000.9999999999, -0.0};
-    struct lineheight_in* in = in_;
     SurveyPoint* a = &in->pts[0];
     SurveyPoint* b = &in->pts[1];
     SurveyPoint* s = &in->pts[2];
@@ -790,36 +493,28 @@ static void lineheight_generate(qv_gen* g, void* in_)
     in->mode = qv_byte(g, sign_modes, 5);
 }
 
-static int lineheight_call(const void* in_, void* out_)
-{
-    const struct lineheight_in* in = in_;
-    struct lineheight_out* out = out_;
-    return QV_FN(LIB_CalLineHeight)(in->pts, in->obs, &out->record, in->mode);
-}
-
 /* ---- LIB_CalCircle ---------------------------------------------------------- */
 
 /* Counts stay at most CIRCLE_MAX_COUNT, so count + 1 pairs fit with one to
  * spare (which must stay untouched). */
-#define CIRCLE_MAX_COUNT 8
+#define CIRCLE_MAX_COUNT (QV_ELEMENTS(LIB_CalCircle_out, list) - 2)
 
-struct circle_in {
-    SurveyPoint pts[3];
-    int32_t count;
-    unsigned char mode;
-    unsigned char pad[3];
-};
-struct circle_out {
-    double radius;
-    double centre[2];
-    CirclePointPair list[CIRCLE_MAX_COUNT + 2];
-};
+/* Three points given in plan. */
+static void plan_points(SurveyPoint* p, double x0, double y0, double x1, double y1, double x2,
+                        double y2)
+{
+    p[0].X = x0;
+    p[0].Y = y0;
+    p[1].X = x1;
+    p[1].Y = y1;
+    p[2].X = x2;
+    p[2].Y = y2;
+}
 
-static void circle_generate(qv_gen* g, void* in_)
+void LIB_CalCircle_generate(qv_gen* g, LIB_CalCircle_in* in)
 {
     static const int32_t refused[] = {-1, -8, INT32_MIN};
     static const unsigned char modes[] = {0, 1, 1, 1, 2, 255};
-    struct circle_in* in = in_;
     SurveyPoint centre = qv_point(g);
     double radius = qv_chance(g, 6) ? qv_uniform(g, 1e6, 7e6) : qv_uniform(g, 0.5, 1000.0);
     unsigned k;
@@ -830,33 +525,14 @@ static void circle_generate(qv_gen* g, void* in_)
         in->pts[k].H = qv_uniform(g, -100.0, 3000.0);
     }
     switch (qv_below(g, 20)) {
-    case 0:
-        /* on one line of slope 1 */
-        in->pts[0].X = 0.0;
-        in->pts[0].Y = 0.0;
-        in->pts[1].X = 1.0;
-        in->pts[1].Y = 1.0;
-        in->pts[2].X = 2.0;
-        in->pts[2].Y = 2.0;
-        break;
-    case 1:
-        in->pts[1].X = in->pts[0].X;
-        in->pts[2].X = in->pts[0].X;
-        break;
-    case 2:
-        in->pts[1].Y = in->pts[0].Y;
-        in->pts[2].Y = in->pts[0].Y;
-        break;
+    case 0: plan_points(in->pts, 0.0, 0.0, 1.0, 1.0, 2.0, 2.0); break; /* on a line of slope 1 */
+    case 1: in->pts[1].X = in->pts[2].X = in->pts[0].X; break;         /* one northing */
+    case 2: in->pts[1].Y = in->pts[2].Y = in->pts[0].Y; break;         /* one easting */
     case 3: in->pts[1] = in->pts[0]; break;
     case 4: in->pts[1].Y = in->pts[0].Y; break;
     case 5:
         /* right angle at the origin: centre (5, 5), radius sqrt(50) */
-        in->pts[0].X = 0.0;
-        in->pts[0].Y = 0.0;
-        in->pts[1].X = 0.0;
-        in->pts[1].Y = 10.0;
-        in->pts[2].X = 10.0;
-        in->pts[2].Y = 0.0;
+        plan_points(in->pts, 0.0, 0.0, 0.0, 10.0, 10.0, 0.0);
         break;
     case 6: in->pts[qv_below(g, 3)] = qv_point(g); break;
     default: break;
@@ -868,29 +544,18 @@ static void circle_generate(qv_gen* g, void* in_)
     in->mode = qv_byte(g, modes, 6);
 }
 
-static int circle_call(const void* in_, void* out_)
-{
-    const struct circle_in* in = in_;
-    struct circle_out* out = out_;
-    return QV_FN(LIB_CalCircle)(in->pts, &out->radius, out->centre, out->list, in->count, in->mode);
-}
-
 /* ---- LIB_OS_Round ----------------------------------------------------------- */
 
-struct osround_in {
-    StationRecord station;
-    DistanceRecord measured;
-    AngleObservation obs[3];
-    double radius;
-};
-struct osround_out {
-    DistAngleRecord record;
-    double computed_radius;
-};
-
-static void osround_generate(qv_gen* g, void* in_)
+/* The horizontal directions of the two edges and the third sighting. */
+static void directions(AngleObservation* obs, double first, double second, double third)
 {
-    struct osround_in* in = in_;
+    obs[0].Horizontal = first;
+    obs[1].Horizontal = second;
+    obs[2].Horizontal = third;
+}
+
+void LIB_OS_Round_generate(qv_gen* g, LIB_OS_Round_in* in)
+{
     const double distance = qv_uniform(g, 3.0, 300.0);
     const double radius = qv_uniform(g, 0.05, distance / 3.0 < 3.0 ? distance / 3.0 : 3.0);
     const double bisector = qv_uniform(g, 0.0, 1296000.0);
@@ -911,16 +576,9 @@ static void osround_generate(qv_gen* g, void* in_)
     switch (qv_below(g, 20)) {
     case 0:
         /* edges 20 arc-seconds apart across zero */
-        in->obs[0].Horizontal = 10.0;
-        in->obs[1].Horizontal = 1295990.0;
-        in->obs[2].Horizontal = qv_chance(g, 2) ? 5.0 : 1295995.0;
+        directions(in->obs, 10.0, 1295990.0, qv_chance(g, 2) ? 5.0 : 1295995.0);
         break;
-    case 1:
-        /* on the bisector */
-        in->obs[0].Horizontal = 100.0;
-        in->obs[1].Horizontal = 300.0;
-        in->obs[2].Horizontal = 200.0;
-        break;
+    case 1: directions(in->obs, 100.0, 300.0, 200.0); break; /* on the bisector */
     case 2: in->obs[1].Horizontal = in->obs[0].Horizontal; break;
     case 3: in->obs[2].Horizontal = qv_on_circle(bisector + half * qv_uniform(g, 1.1, 3.0)); break;
     case 4:
@@ -932,52 +590,3 @@ static void osround_generate(qv_gen* g, void* in_)
     default: break;
     }
 }
-
-static int osround_call(const void* in_, void* out_)
-{
-    const struct osround_in* in = in_;
-    struct osround_out* out = out_;
-    return QV_FN(LIB_OS_Round)(&in->station, &in->measured, in->obs, in->radius, &out->record,
-                               &out->computed_radius);
-}
-
-/* ---- the family ---------------------------------------------------------------- */
-
-#define SURVEY_POINT "X:d Y:d H:d"
-#define DIST_ANGLE                                                                                 \
-    SURVEY_POINT " SlopeDistance:d HorizontalDistance:d HeightDifference:d Azimuth:d "             \
-                 "ZenithAngle:d"
-
-static const qv_function functions[] = {
-    QV_FUNCTION(LIB_SO_DistAngle, sodistangle, "DistanceDifference:d AngleDifference:d", 0),
-    QV_FUNCTION(LIB_SO_Coor, socoor,
-                SURVEY_POINT " HorizontalDistanceDifference:d HeightDifference:d "
-                             "ForwardDifference:d LateralDifference:d AngleDifference:d",
-                0),
-    QV_FUNCTION(LIB_SO_Height, soheight, "height:d", 0),
-    QV_FUNCTION(LIB_SO_Divide, sodivide,
-                "ForwardDifference:d LateralDifference:d AngleDifference:d", 0),
-    QV_FUNCTION(LIB_Hight, hight, "height:d", 0),
-    QV_FUNCTION(LIB_OS_Angle, osangle,
-                SURVEY_POINT " SlopeDistance:d HorizontalDistance:d VerticalDifference:d "
-                             "HorizontalAngle:d ZenithAngle:d known.X:d known.Y:d known.H:d",
-                0),
-    QV_FUNCTION(LIB_OS_Dist1, osdist1, DIST_ANGLE, 0),
-    QV_FUNCTION(LIB_OS_Dist2, osdist2, DIST_ANGLE, 0),
-    QV_FUNCTION(LIB_Area, area, "Area:d Hectares:d Perimeter:d", 96),
-    QV_FUNCTION(LIB_MissLine, missline,
-                "SlopeDistance:d HorizontalDistance:d HeightDifference:d Grade:d Azimuth:d", 0),
-    QV_FUNCTION(LIB_CalFrontMeet, frontmeet, SURVEY_POINT, 0),
-    QV_FUNCTION(LIB_CalLineCrossPT, linecross, SURVEY_POINT, 0),
-    QV_FUNCTION(LIB_OS_SDist, ossdist,
-                SURVEY_POINT " SlopeDistance:d HorizontalDistance:d VerticalDifference:d "
-                             "HorizontalAngle:d ZenithAngle:d known.X:d known.Y:d known.H:d",
-                0),
-    QV_FUNCTION(LIB_OS_Ha, osha, DIST_ANGLE, 0),
-    QV_FUNCTION(LIB_CalLineHeight, lineheight,
-                "Height:d HorizontalDistance:d Along:d HeightBetween:d", 0),
-    QV_FUNCTION(LIB_CalCircle, circle, "radius:d centre:d2 list:d60", 0),
-    QV_FUNCTION(LIB_OS_Round, osround, DIST_ANGLE " computed_radius:d", 0),
-};
-
-const qv_family qv_family_field = {"field", functions, QV_COUNT(functions)};

@@ -9,15 +9,12 @@ ResultCode LIB_OS_Angle(const StationRecord* station, const DistanceRecord* meas
                         const double* angles, SurveyPoint* known, DistAngleRecord* out,
                         unsigned char mode)
 {
-    SurveyPoint instrument = {station->X, station->Y, station->H};
     double horizontal_distance = 0.0;
     if (mode == 1) {
-        instrument.H = instrument.H + station->InstrumentHeight;
         // The caller's known point is raised in place, on every call.
         known->H = known->H + station->TargetHeight;
-        DistAngleRecord sight = {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
-        LIB_CalDistAngle(&instrument, known, static_cast<unsigned char>(station->signB), &sight);
-        horizontal_distance = sight.HorizontalDistance;
+        const SurveyPoint instrument = {station->X, station->Y, station->H};
+        horizontal_distance = plan_distance(instrument, *known);
     } else {
         horizontal_distance = measured->HorizontalDistance;
     }
@@ -29,10 +26,10 @@ ResultCode LIB_OS_Angle(const StationRecord* station, const DistanceRecord* meas
     const double vertical_difference = std::cos(z) * slope_distance;
 
     const DistanceRecord centre = {slope_distance, horizontal_distance, vertical_difference, 0.0};
-    SurveyPoint point = {0.0, 0.0, 0.0};
-    // LIB_MeasCoor refuses X, Y or H beyond the range limit (a zenith angle
-    // of 0 makes the slope distance infinite): the point has no coordinates.
-    if (LIB_MeasCoor(station, &centre, &horizontal_angle, &point) != OK) {
+    // X, Y or H beyond the range limit (a zenith angle of 0 makes the slope
+    // distance infinite): the point has no coordinates.
+    const SurveyPoint point = measured_point(*station, centre, horizontal_angle);
+    if (!in_range(point)) {
         return RANGE;
     }
     out->X = point.X;
@@ -53,8 +50,9 @@ ResultCode LIB_OS_Dist1(const StationRecord* station, const DistanceRecord* meas
     SurveyPoint reference = {0.0, 0.0, 0.0};
     double azimuth = 0.0;
     if (mode == 0) {
+        reference = measured_point(*station, *measured, *measured_angle);
         // A measured point beyond the range limit has no coordinates.
-        if (LIB_MeasCoor(station, measured, measured_angle, &reference) != OK) {
+        if (!in_range(reference)) {
             return RANGE;
         }
         azimuth = *measured_angle;
@@ -64,9 +62,10 @@ ResultCode LIB_OS_Dist1(const StationRecord* station, const DistanceRecord* meas
     } else if (mode == 1) {
         const SurveyPoint station_point = {station->X, station->Y, station->H};
         reference = *known;
-        if (LIB_CalAZ(&station_point, known, &azimuth) != OK) {
+        if (coincide_in_plan(station_point, *known)) {
             return DOMAIN;
         }
+        azimuth = azimuth_between(station_point, *known);
     } else {
         // No reference point is defined for any other mode.
         return DOMAIN;
@@ -80,10 +79,10 @@ ResultCode LIB_OS_Dist1(const StationRecord* station, const DistanceRecord* meas
     out->Y = (right * std::cos(a) + forward * std::sin(a)) + reference.Y;
     out->H = height + reference.H;
     // The point stays written when it is out of range.
-    if (!in_range(out->X) || !in_range(out->Y) || !in_range(out->H)) {
+    const SurveyPoint point = {out->X, out->Y, out->H};
+    if (!in_range(point)) {
         return RANGE;
     }
-    const SurveyPoint point = {out->X, out->Y, out->H};
     return sight_offset_point(*station, point, out);
 }
 
@@ -95,13 +94,11 @@ ResultCode LIB_OS_Dist2(const StationRecord* station, const SurveyPoint* line, d
     if (b.X == a.X && b.Y == a.Y && b.H == a.H) {
         return DOMAIN;
     }
-    double length = 0.0;
-    LIB_Cal2PointDist(&a, &b, &length, 1);
-    const double f = 1.0 / length;
+    const double f = 1.0 / spatial_distance(a, b);
     const SurveyPoint point = {((b.X - a.X) * f) * extension + b.X,
                                ((b.Y - a.Y) * f) * extension + b.Y,
                                ((b.H - a.H) * f) * extension + b.H};
-    if (!in_range(point.X) || !in_range(point.Y) || !in_range(point.H)) {
+    if (!in_range(point)) {
         return RANGE;
     }
     out->X = point.X;
