@@ -173,6 +173,26 @@ TEST(Cli, TableAsCsvWithOffsets)
     EXPECT_EQ(leftovers(dir), std::vector<std::string>{"t.csv"});
 }
 
+// The S-curve's profile runs from 120 to 290 on an alignment from 100 to
+// 335.0004: rows outside it say so instead of inventing a height.
+TEST(Cli, RowsBeyondTheProfileHaveNoDesignHeight)
+{
+    const fs::path dir = work_dir();
+    const Outcome run = quillon(dir, "-q road table '" + std::string(QUILLON_IO_DATA) +
+                                         "/s_curve.xml' --interval 10 --format csv");
+    ASSERT_EQ(run.code, 0) << run.err;
+    const std::vector<std::string> lines = lines_of(run.out);
+    ASSERT_GT(lines.size(), 5u);
+    EXPECT_EQ(fields(lines[1]).at(0), "start");
+    EXPECT_EQ(fields(lines[1]).at(5), "-");
+    EXPECT_EQ(fields(lines[1]).back(), "no design height");
+    EXPECT_EQ(fields(lines[3]).at(1), "120.000");
+    EXPECT_EQ(fields(lines[3]).at(5), "20.000");
+    EXPECT_EQ(fields(lines[3]).back(), "");
+    EXPECT_EQ(fields(lines.back()).at(0), "end");
+    EXPECT_EQ(fields(lines.back()).back(), "no design height");
+}
+
 TEST(Cli, LocatedPoints)
 {
     const fs::path dir = work_dir();
