@@ -15,9 +15,10 @@ namespace quillon {
 // A value inside the closed range [low, high]; not-a-number is outside.
 inline bool within(double value, double low, double high) { return low <= value && value <= high; }
 
-// A computed value passes when -99999999.9999 <= v <= 99999999.9999; a
-// not-a-number fails both comparisons and so is out of range.
-inline bool in_range(double v) { return within(v, -RANGE_LIMIT, RANGE_LIMIT); }
+// A computed value passes when -99999999.9999 <= v <= 99999999.9999. The
+// range is symmetric, so one comparison of the magnitude decides; a
+// not-a-number fails it and so is out of range.
+inline bool in_range(double v) { return std::fabs(v) <= RANGE_LIMIT; }
 
 // All three coordinates of a point in range.
 inline bool in_range(const SurveyPoint& p)
