@@ -30,14 +30,19 @@ ResultCode deliver_azimuth(double radians, double* azimuth)
 
 // The clothoid at curve length l from its curvature-zero end, by the series
 // truncated after three terms; L is the parameter length after which the
-// radius is R.
+// radius is R. At the curve's end (l the same number as L, down to the sign
+// of a zero) the powers of l are those of L, and each is raised once.
 ClothoidChord clothoid_at(double l, double R, double L)
 {
-    const double x = l - std::pow(l, 5) / (40 * square(R) * square(L)) +
+    const bool at_end = l == L && std::signbit(l) == std::signbit(L);
+    const double L3 = std::pow(L, 3);
+    const double L5 = std::pow(L, 5);
+    const double l3 = at_end ? L3 : std::pow(l, 3);
+    const double l5 = at_end ? L5 : std::pow(l, 5);
+    const double x = l - l5 / (40 * square(R) * square(L)) +
                      std::pow(l, 9) / (3456 * std::pow(R, 4) * std::pow(L, 4));
-    const double y = std::pow(l, 3) / (6 * R * L) -
-                     std::pow(l, 7) / (336 * std::pow(R, 3) * std::pow(L, 3)) +
-                     std::pow(l, 11) / (42240 * std::pow(R, 5) * std::pow(L, 5));
+    const double y = l3 / (6 * R * L) - std::pow(l, 7) / (336 * std::pow(R, 3) * L3) +
+                     std::pow(l, 11) / (42240 * std::pow(R, 5) * L5);
     return chord_of(x, y);
 }
 
