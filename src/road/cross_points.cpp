@@ -381,9 +381,13 @@ ResultCode LIB_CalWay_H_Cross_Length(const CrossPoint* point, CrossLengths* out)
     // Shift of the arc by each transition curve, one term.
     const double p1 = 0.041666666666666664 * square(L1) / R;
     const double p2 = 0.041666666666666664 * square(L2) / R;
-    // Offset of each tangent point along its straight, two terms.
-    const double q1 = L1 / 2 - std::pow(L1, 3) / (240 * square(R));
-    const double q2 = L2 / 2 - std::pow(L2, 3) / (240 * square(R));
+    // Offset of each tangent point along its straight, two terms. Transition
+    // curves of one length (the same number, zeros of one sign) share the
+    // cube.
+    const double cube1 = std::pow(L1, 3);
+    const double cube2 = L2 == L1 && std::signbit(L2) == std::signbit(L1) ? cube1 : std::pow(L2, 3);
+    const double q1 = L1 / 2 - cube1 / (240 * square(R));
+    const double q2 = L2 / 2 - cube2 / (240 * square(R));
     out->EntryTangent = q1 + (R + p2) / std::sin(a) - (R + p1) / std::tan(a);
     out->ExitTangent = (R + p1) / std::sin(a) - (R + p2) / std::tan(a) + q2;
     out->ArcLength = (a - L1 / (2 * R) - L2 / (2 * R)) * R;
