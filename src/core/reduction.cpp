@@ -31,10 +31,11 @@ RefractionCoefficients refraction_for(unsigned char mode)
     return NO_CORRECTION;
 }
 
-} // namespace
-
-DistanceRecord reduced_distances(const StationRecord& station, double scale, double slope_distance,
-                                 double zenith)
+// The reduction itself, evaluated in place by LIB_DistConvert: a record
+// returned through memory and copied on in wider moves than it was written
+// with waits for its stores.
+inline DistanceRecord reduce(const StationRecord& station, double scale, double slope_distance,
+                             double zenith)
 {
     const double z = sec_to_rad(zenith);
     const double v = std::cos(z) * slope_distance;
@@ -53,6 +54,14 @@ DistanceRecord reduced_distances(const StationRecord& station, double scale, dou
     return {slope_distance, horizontal_distance, vertical_difference, height_difference};
 }
 
+} // namespace
+
+DistanceRecord reduced_distances(const StationRecord& station, double scale, double slope_distance,
+                                 double zenith)
+{
+    return reduce(station, scale, slope_distance, zenith);
+}
+
 } // namespace quillon
 
 using namespace quillon;
@@ -60,7 +69,7 @@ using namespace quillon;
 ResultCode LIB_DistConvert(const StationRecord* station, double scale, double slope_distance,
                            double zenith, DistanceRecord* out)
 {
-    *out = reduced_distances(*station, scale, slope_distance, zenith);
+    *out = reduce(*station, scale, slope_distance, zenith);
     return OK;
 }
 
