@@ -4,28 +4,6 @@
 
 namespace quillon {
 
-LineComponents line_components(const SurveyPoint& A, const SurveyPoint& B, const SurveyPoint& P)
-{
-    const double azAB = azimuth_between(A, B);
-    const double azAP = azimuth_or(A, P, 0.0);
-    const double D = plan_distance(A, P);
-    // Only the sine and cosine of the angle are used, so it needs no fold.
-    const double t = sec_to_rad(azAP - azAB);
-    return {std::cos(t) * D, std::sin(t) * D};
-}
-
-ProjectionRecord projection_on_line(const SurveyPoint& A, const SurveyPoint& B,
-                                    const SurveyPoint& P)
-{
-    const LineComponents components = line_components(A, B, P);
-    const double along = components.along;
-    const double f = 1.0 / plan_distance(A, B);
-    const double foot_x = ((B.X - A.X) * f) * along + A.X;
-    const double foot_y = ((B.Y - A.Y) * f) * along + A.Y;
-    const double foot_h = ((B.H - A.H) * f) * along + A.H;
-    return {foot_x, foot_y, foot_h, components.across, along, P.H - foot_h};
-}
-
 DistAngleRecord sight_between(const SurveyPoint& from, const SurveyPoint& to, unsigned char face)
 {
     DistAngleRecord sight = {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};

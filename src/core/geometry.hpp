@@ -54,13 +54,33 @@ struct LineComponents {
 
 // A and B apart in plan. A point on A has no direction; its distance of 0
 // makes both components 0.
-LineComponents line_components(const SurveyPoint& A, const SurveyPoint& B, const SurveyPoint& P);
+inline LineComponents line_components(const SurveyPoint& A, const SurveyPoint& B,
+                                      const SurveyPoint& P)
+{
+    const double azAB = azimuth_between(A, B);
+    const double azAP = azimuth_or(A, P, 0.0);
+    const double D = plan_distance(A, P);
+    // Only the sine and cosine of the angle are used, so it needs no fold.
+    const double t = sec_to_rad(azAP - azAB);
+    return {std::cos(t) * D, std::sin(t) * D};
+}
 
 // The foot of the perpendicular from P on A -> B with its height on the line's
 // grade, the across and along distances and P's height over the line. A and B
-// apart in plan; nothing is range-tested.
-ProjectionRecord projection_on_line(const SurveyPoint& A, const SurveyPoint& B,
-                                    const SurveyPoint& P);
+// apart in plan; nothing is range-tested. Evaluated in place: a record this
+// size returned through memory is copied on in wider moves than it was
+// written with, which wait for its stores.
+inline ProjectionRecord projection_on_line(const SurveyPoint& A, const SurveyPoint& B,
+                                           const SurveyPoint& P)
+{
+    const LineComponents components = line_components(A, B, P);
+    const double along = components.along;
+    const double f = 1.0 / plan_distance(A, B);
+    const double foot_x = ((B.X - A.X) * f) * along + A.X;
+    const double foot_y = ((B.Y - A.Y) * f) * along + A.Y;
+    const double foot_h = ((B.H - A.H) * f) * along + A.H;
+    return {foot_x, foot_y, foot_h, components.across, along, P.H - foot_h};
+}
 
 // The point a measurement from the station reaches: horizontal distance
 // turned through the faces, along the azimuth (arc-seconds), the height from
