@@ -7,10 +7,11 @@
 // Every function runs on up to N realistic cases (64 when not given) from
 // the generators of the platform harness. Its benchmark alternates, chunk by
 // chunk, between the function and its floor (floors.hpp) on the same cases,
-// so that both see the same load; the ratio is that of the medians of the
-// chunk times. The table at the end gives time per call, the floor's time,
-// the ratio and its spread (half the interquartile range of the ratios of
-// single chunks, over the median).
+// so that both see the same load; the ratio is the median of the ratios of
+// neighbouring chunks. The table at the end gives time per call and the
+// floor's (medians over the chunks), the ratio and its spread (half the
+// interquartile range of the chunk ratios, over their median), each the
+// median over the repetitions.
 //
 // --save FILE    writes the rows as comma-separated values.
 // --before FILE  adds the ratios of an earlier --save as a column.
@@ -133,7 +134,9 @@ void run_pair(benchmark::State& state, Pair* p)
     const double floor_ns = median(floor_chunks) / calls * 1e9;
     set_counter(state, NS_PER_CALL, ns);
     set_counter(state, FLOOR_NS_PER_CALL, floor_ns);
-    set_counter(state, RATIO, floor_ns > 0.0 ? ns / floor_ns : 0.0);
+    // The ratio of each chunk to its neighbour of the other kind: a change of
+    // load between chunks moves both.
+    set_counter(state, RATIO, median(ratios));
     set_counter(state, SPREAD, relative_spread(ratios));
     set_counter(state, CASES, static_cast<double>(p->set.cases.size()));
 }
