@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing Quillon need and
-# that a fresh machine lacks: the C++ tool set, GoogleTest, and for the
-# quillon command pugixml, CLI11 and fmt (plus librsvg2-bin, with which the
-# tests render the plot to PNG). Nothing is done when all are present; the
+# that a fresh machine lacks: the C++ tool set, GoogleTest, Google Benchmark
+# (for the bench target), and for the quillon command pugixml, CLI11 and fmt
+# (plus librsvg2-bin, with which the tests render the plot to PNG). Nothing is done when all are present; the
 # package lists are refreshed only when something is missing. Runs apt-get
 # as root, through sudo when not root.
 #
@@ -10,7 +10,7 @@
 set -euo pipefail
 
 packages=(
-    cmake ninja-build g++ pkg-config libgtest-dev
+    cmake ninja-build g++ pkg-config libgtest-dev libbenchmark-dev
     libpugixml-dev libcli11-dev libfmt-dev librsvg2-bin
 )
 
