@@ -36,10 +36,15 @@ struct Fan {
     int n;
     const SurveyPoint* known;
     unsigned char point[RESECTION_MAX_POINTS];
-    // The directions; once the triangles are measured they are not needed
-    // any more, and their room takes the distances found.
+    // One array for three things in turn: the directions while the angles at
+    // the station are measured; then the angle at the middle point of each
+    // pair of triangles i, i + 1, kept two places on (middle[i + 2]); then
+    // the distances found. Pair i reads its middle angle before it writes
+    // distances i and i + 2, and no later pair reads a place below i + 3:
+    // nothing is overwritten before it is read.
     union {
         double direction[RESECTION_MAX_POINTS];
+        double middle[RESECTION_MAX_POINTS];
         double distance[RESECTION_MAX_POINTS];
     };
     // Where each entry's result goes back in the caller's order (see
@@ -48,8 +53,6 @@ struct Fan {
     // Angle at the station between neighbours, and the side joining them.
     double angle[RESECTION_MAX_POINTS];
     double side[RESECTION_MAX_POINTS];
-    // Angle at the middle point of each pair of neighbouring triangles.
-    double middle_angle[RESECTION_MAX_POINTS];
 };
 
 // The points with their directions put in order of direction by an
@@ -128,10 +131,10 @@ void measure_triangles(Fan& fan)
         fan.side[i] = std::sqrt(square(a.X - b.X) + square(a.Y - b.Y));
     }
     for (int i = 0; i < n - 2; ++i) {
-        const SurveyPoint& middle = fan.known[fan.point[i + 1]];
-        const double az_back = azimuth_or(middle, fan.known[fan.point[i]], 0.0);
-        const double az_ahead = azimuth_or(middle, fan.known[fan.point[i + 2]], 0.0);
-        fan.middle_angle[i] = add_turn_if_negative<ArcSeconds>(az_back - az_ahead);
+        const SurveyPoint& apex = fan.known[fan.point[i + 1]];
+        const double az_back = azimuth_or(apex, fan.known[fan.point[i]], 0.0);
+        const double az_ahead = azimuth_or(apex, fan.known[fan.point[i + 2]], 0.0);
+        fan.middle[i + 2] = add_turn_if_negative<ArcSeconds>(az_back - az_ahead);
     }
 }
 
@@ -147,7 +150,7 @@ void solve_triangle_pairs(Fan& fan)
         const double a = fan.side[i];
         const double b = fan.side[i + 1];
         const double k = (a * std::sin(sec_to_rad(beta))) / (b * std::sin(sec_to_rad(alpha)));
-        const double S = FULL_CIRCLE - ((fan.middle_angle[i] + alpha) + beta);
+        const double S = FULL_CIRCLE - ((fan.middle[i + 2] + alpha) + beta);
         // The difference of the unknown angles is cut to whole seconds.
         const double D = whole_seconds(
             std::atan(((t45 - k) / (t45 * k + 1.0)) * std::tan(S * HALF_RAD_PER_SEC_SHORT_PI)) *
