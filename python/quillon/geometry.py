@@ -1,0 +1,138 @@
+"""Azimuths, joins and polar points, one at a time or over whole arrays.
+
+These use the survey layer (quillon/survey.h), with the true pi: due east
+is 324000 arc-seconds exactly. The instrument's own numbers, with pi taken
+as 3.1415926 (due east 324000.0055268), come from quillon.device
+(LIB_CalAZ, LIB_CalDist, LIB_CalCoor).
+"""
+
+import dataclasses
+
+from . import _buffers
+from ._ffi import ffi
+from ._survey import Point, call, lib, survey_point
+
+
+@dataclasses.dataclass(frozen=True)
+class Join:
+    """A join from one point to another.
+
+    azimuth: arc-seconds in [0, 1296000), clockwise from north.
+    horizontal_distance: m, in plan.
+    height_difference: m, second point's h minus the first's.
+    slope_distance: m, in space.
+    zenith: arc-seconds in [0, 648000], 0 straight up, 324000 level.
+    """
+
+    azimuth: float
+    horizontal_distance: float
+    height_difference: float
+    slope_distance: float
+    zenith: float
+
+
+def join(p, q):
+    """The join from point p to point q (points as Point, (x, y[, h]) or a
+    SurveyPoint record; m), computed by the survey layer's qs_join with the
+    true pi.
+
+    Raises SingularError when p and q coincide in plan (no azimuth) and
+    BadArgumentError for a coordinate that is not finite or beyond 1e9 m.
+    """
+    out = ffi.new("qs_join_result *")
+    call("qs_join", survey_point(p, "p"), survey_point(q, "q"), out)
+    return Join(out.azimuth, out.horizontal_distance, out.height_difference, out.slope_distance,
+                out.zenith)
+
+
+def azimuth(p, q):
+    """Azimuth from point p to point q in arc-seconds, [0, 1296000),
+    clockwise from north (x) toward east (y); the survey layer's qs_join
+    with the true pi, so due east is 324000 exactly. Points in m.
+
+    Raises SingularError when p and q coincide in plan.
+    """
+    return join(p, q).azimuth
+
+
+def polar_point(origin, azimuth, distance):
+    """The point at a horizontal distance (m) along an azimuth (arc-seconds,
+    any finite value, clockwise from north) from origin: the survey layer's
+    qs_polar_point with the true pi. The origin's h is carried over.
+
+    Returns a Point (m). Raises BadArgumentError for a value that is not
+    finite or a coordinate or distance beyond 1e9 m.
+    """
+    out = ffi.new("SurveyPoint *")
+    call("qs_polar_point", survey_point(origin, "origin"), float(azimuth), float(distance), out)
+    return Point(out.X, out.Y, out.H)
+
+
+def first_bad(count, refused, describe):
+    """The text naming the first element whose single call is refused as a
+    bad argument, for the message of a refused batch."""
+    for i in range(count):
+        if refused(i):
+            return "element %d (%s) refused" % (i, describe(i))
+    return None
+
+
+def polar_points(origin, azimuths, distances):
+    """Polar points from one origin, computed in C in one call
+    (qs_polar_points, true pi): element i of the results is what
+    polar_point(origin, azimuths[i], distances[i]) gives, to the bit.
+
+    azimuths: arc-seconds; distances: m. Both any buffer of doubles of the
+    same length: array('d'), a numpy array, bytes-like objects of native
+    doubles, or a list. Returns (x, y) in m as array('d'), or as numpy
+    arrays when an input is one.
+
+    Raises BadArgumentError, naming the first bad element, when any input
+    is not finite or beyond 1e9 m; nothing is computed then.
+    """
+    a = _buffers.doubles(azimuths, "azimuths")
+    d = _buffers.doubles(distances, "distances")
+    count = _buffers.same_length(a, d)
+    station = survey_point(origin, "origin")
+    x, x_out = _buffers.results(count, (azimuths, distances))
+    y, y_out = _buffers.results(count, (azimuths, distances))
+    status = lib.qs_polar_points(station, a.pointer, d.pointer, count, x_out, y_out)
+    if status != lib.QS_OK:
+        scratch = ffi.new("SurveyPoint *")
+        detail = "the origin refused" if lib.qs_polar_points(
+            station, ffi.NULL, ffi.NULL, 0, ffi.NULL, ffi.NULL) != lib.QS_OK else first_bad(
+            count,
+            lambda i: lib.qs_polar_point(station, a.pointer[i], d.pointer[i], scratch) == lib.QS_BAD_ARGUMENT,
+            lambda i: "azimuth %r, distance %r" % (a.pointer[i], d.pointer[i]))
+        call("qs_polar_points", station, a.pointer, d.pointer, count, x_out, y_out, detail=detail)
+    return x, y
+
+
+def joins(origin, x, y):
+    """Azimuths and horizontal distances from one origin to many points,
+    computed in C in one call (qs_joins, true pi): element i is what
+    join(origin, (x[i], y[i])) gives, to the bit.
+
+    x, y: northings and eastings in m, any buffers of doubles of the same
+    length (see polar_points). Returns (azimuths in arc-seconds, distances
+    in m); a point on the origin in plan gets the azimuth NaN and the
+    distance 0. Raises BadArgumentError, naming the first bad element, for
+    a coordinate not finite or beyond 1e9 m.
+    """
+    xs = _buffers.doubles(x, "x")
+    ys = _buffers.doubles(y, "y")
+    count = _buffers.same_length(xs, ys)
+    station = survey_point(origin, "origin")
+    azimuths, a_out = _buffers.results(count, (x, y))
+    distances, d_out = _buffers.results(count, (x, y))
+    status = lib.qs_joins(station, xs.pointer, ys.pointer, count, a_out, d_out)
+    if status != lib.QS_OK:
+        scratch = ffi.new("qs_join_result *")
+        detail = "the origin refused" if lib.qs_joins(
+            station, ffi.NULL, ffi.NULL, 0, ffi.NULL, ffi.NULL) != lib.QS_OK else first_bad(
+            count,
+            lambda i: lib.qs_join(station, survey_point((xs.pointer[i], ys.pointer[i], station.H)),
+                                  scratch) == lib.QS_BAD_ARGUMENT,
+            lambda i: "x %r, y %r" % (xs.pointer[i], ys.pointer[i]))
+        call("qs_joins", station, xs.pointer, ys.pointer, count, a_out, d_out, detail=detail)
+    return azimuths, distances
