@@ -83,12 +83,27 @@ def same_length(*buffers):
     return buffers[0].count
 
 
-def results(count, like):
-    """count output doubles as numpy arrays when any of like is one, else
-    as array('d'), with a C pointer to each."""
+def results(count, like, out=None, name="out"):
+    """count output doubles with a C pointer to them: the caller's buffer
+    out when given (writable, contiguous, native doubles, of that length),
+    else new numpy arrays when any of like is one, else array('d')."""
+    if out is not None:
+        try:
+            view = memoryview(out)
+        except TypeError:
+            raise TypeError("%s: expected a writable buffer of doubles, not %s"
+                            % (name, type(out).__name__)) from None
+        if view.readonly or not view.contiguous or view.format not in ("d",) + _BYTE_FORMATS:
+            raise TypeError("%s: expected a writable contiguous buffer of doubles" % name)
+        if view.nbytes != 8 * count:
+            raise ValueError("%s: room for %d doubles, %d needed" % (name, view.nbytes // 8, count))
+        pointer = ffi.from_buffer("double[]", out, require_writable=True) if count else ffi.NULL
+        if count and int(ffi.cast("uintptr_t", pointer)) % ffi.alignof("double"):
+            raise ValueError("%s: the buffer does not start on a double's boundary" % name)
+        return out, pointer
     if any(_is_numpy(value) for value in like):
         out = numpy.empty(count, dtype=numpy.float64)
     else:
-        out = array("d", bytes(8 * count))
+        out = array("d", [0.0]) * count
     pointer = ffi.from_buffer("double[]", out, require_writable=True) if count else ffi.NULL
     return out, pointer

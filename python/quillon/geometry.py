@@ -77,7 +77,7 @@ def first_bad(count, refused, describe):
     return None
 
 
-def polar_points(origin, azimuths, distances):
+def polar_points(origin, azimuths, distances, out=None):
     """Polar points from one origin, computed in C in one call
     (qs_polar_points, true pi): element i of the results is what
     polar_point(origin, azimuths[i], distances[i]) gives, to the bit.
@@ -85,7 +85,9 @@ def polar_points(origin, azimuths, distances):
     azimuths: arc-seconds; distances: m. Both any buffer of doubles of the
     same length: array('d'), a numpy array, bytes-like objects of native
     doubles, or a list. Returns (x, y) in m as array('d'), or as numpy
-    arrays when an input is one.
+    arrays when an input is one; out=(x, y) writes into two writable
+    buffers of doubles of that length instead (and returns them), which
+    saves making new arrays on every call.
 
     Raises BadArgumentError, naming the first bad element, when any input
     is not finite or beyond 1e9 m; nothing is computed then.
@@ -94,8 +96,8 @@ def polar_points(origin, azimuths, distances):
     d = _buffers.doubles(distances, "distances")
     count = _buffers.same_length(a, d)
     station = survey_point(origin, "origin")
-    x, x_out = _buffers.results(count, (azimuths, distances))
-    y, y_out = _buffers.results(count, (azimuths, distances))
+    x, x_out = _buffers.results(count, (azimuths, distances), out and out[0], "out[0]")
+    y, y_out = _buffers.results(count, (azimuths, distances), out and out[1], "out[1]")
     status = lib.qs_polar_points(station, a.pointer, d.pointer, count, x_out, y_out)
     if status != lib.QS_OK:
         scratch = ffi.new("SurveyPoint *")
@@ -108,23 +110,23 @@ def polar_points(origin, azimuths, distances):
     return x, y
 
 
-def joins(origin, x, y):
+def joins(origin, x, y, out=None):
     """Azimuths and horizontal distances from one origin to many points,
     computed in C in one call (qs_joins, true pi): element i is what
     join(origin, (x[i], y[i])) gives, to the bit.
 
     x, y: northings and eastings in m, any buffers of doubles of the same
-    length (see polar_points). Returns (azimuths in arc-seconds, distances
-    in m); a point on the origin in plan gets the azimuth NaN and the
-    distance 0. Raises BadArgumentError, naming the first bad element, for
+    length (see polar_points, and for out). Returns (azimuths in
+    arc-seconds, distances in m); a point on the origin in plan gets the
+    azimuth NaN and the distance 0. Raises BadArgumentError, naming the first bad element, for
     a coordinate not finite or beyond 1e9 m.
     """
     xs = _buffers.doubles(x, "x")
     ys = _buffers.doubles(y, "y")
     count = _buffers.same_length(xs, ys)
     station = survey_point(origin, "origin")
-    azimuths, a_out = _buffers.results(count, (x, y))
-    distances, d_out = _buffers.results(count, (x, y))
+    azimuths, a_out = _buffers.results(count, (x, y), out and out[0], "out[0]")
+    distances, d_out = _buffers.results(count, (x, y), out and out[1], "out[1]")
     status = lib.qs_joins(station, xs.pointer, ys.pointer, count, a_out, d_out)
     if status != lib.QS_OK:
         scratch = ffi.new("qs_join_result *")

@@ -305,18 +305,19 @@ class Alignment:
         call("qs_alignment_locate", self._table, self._count, float(x), float(y), out)
         return _station_offset(out)
 
-    def locate_many(self, x, y):
+    def locate_many(self, x, y, out=None):
         """Chainages and offsets (m) of many measured points, computed in C
         in one call (qs_alignment_locate_many): element i is what
         locate(x[i], y[i]) gives, to the bit, and NaN for a point beyond
         both ends. x, y: any buffers of doubles of the same length (see
         quillon.polar_points). Returns (chainages, offsets) as array('d'),
-        or numpy arrays when an input is one."""
+        or numpy arrays when an input is one; out=(chainages, offsets)
+        writes into two writable buffers of doubles instead."""
         xs = _buffers.doubles(x, "x")
         ys = _buffers.doubles(y, "y")
         count = _buffers.same_length(xs, ys)
-        chainages, c_out = _buffers.results(count, (x, y))
-        offsets, o_out = _buffers.results(count, (x, y))
+        chainages, c_out = _buffers.results(count, (x, y), out and out[0], "out[0]")
+        offsets, o_out = _buffers.results(count, (x, y), out and out[1], "out[1]")
         status = lib.qs_alignment_locate_many(self._table, self._count, xs.pointer, ys.pointer, count,
                                               c_out, o_out)
         if status != lib.QS_OK:

@@ -148,6 +148,32 @@ class Batches(unittest.TestCase):
                                      distances[::2])
         self.assertEqual(len(x2), 501)
 
+    def test_results_into_the_callers_arrays(self):
+        azimuths, distances = spread(50, 0.0, 1296000.0, 7), spread(50, 1.0, 100.0, 8)
+        expected = quillon.polar_points(self.ORIGIN, azimuths, distances)
+        x, y = array("d", [0.0]) * 50, bytearray(400)
+        returned = quillon.polar_points(self.ORIGIN, azimuths, distances, out=(x, y))
+        self.assertIs(returned[0], x)
+        self.assertIs(returned[1], y)
+        self.assertEqual(x.tobytes(), expected[0].tobytes())
+        self.assertEqual(bytes(y), expected[1].tobytes())
+        # In place: the azimuths and distances give way to the points.
+        quillon.polar_points(self.ORIGIN, azimuths, distances, out=(azimuths, distances))
+        self.assertEqual(azimuths.tobytes(), expected[0].tobytes())
+        # A refused batch leaves the caller's arrays as they were.
+        sentinel = array("d", [-7.5]) * 3
+        with self.assertRaises(quillon.BadArgumentError):
+            quillon.joins(self.ORIGIN, [1.0, 2.0, math.nan], [1.0, 2.0, 3.0],
+                          out=(sentinel, array("d", [0.0]) * 3))
+        self.assertEqual(list(sentinel), [-7.5] * 3)
+        with self.assertRaises(ValueError):
+            quillon.polar_points(self.ORIGIN, [1.0], [1.0], out=(array("d", [0.0]) * 2, y))
+        with self.assertRaises(TypeError):
+            quillon.polar_points(self.ORIGIN, [1.0], [1.0], out=(bytes(8), bytearray(8)))
+        with self.assertRaises(TypeError):
+            quillon.polar_points(self.ORIGIN, [1.0], [1.0], out=(array("f", [0.0, 0.0]),
+                                                                 bytearray(8)))
+
     def test_empty_batches(self):
         x, y = quillon.polar_points(self.ORIGIN, array("d"), b"")
         self.assertEqual((len(x), len(y)), (0, 0))
