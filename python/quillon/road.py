@@ -12,8 +12,8 @@ offsets + right of the centre line looking toward increasing chainage.
 import dataclasses
 
 from . import _buffers
-from ._ffi import CONSTANTS, ffi, libraries
-from ._survey import Point, call, coordinates, lib
+from ._ffi import ffi, libraries
+from ._survey import call, coordinates, lib
 from .errors import device_error
 from .geometry import first_bad
 
@@ -240,6 +240,21 @@ class Alignment:
         call("qs_alignment_build", table, len(items) + 1, table)
         return cls(table, profile=profile, name=name)
 
+    @classmethod
+    def from_landxml(cls, path, name=None):
+        """The alignment of that name (the first when None) of a LandXML 1.2
+        file, with its profile, read by the io library (quillon.io). Raises
+        quillon.io's errors, whose message names the file and line."""
+        from . import io
+        return io.read_landxml(path).alignment(name)
+
+    def station(self, chainage):
+        """The station a drawing prints at a chainage (m): the chainage
+        itself, unless the alignment was read from LandXML with station
+        equations."""
+        from . import io
+        return io.station_of(self, chainage)
+
     # ---- the tables ---------------------------------------------------------
 
     @property
@@ -417,5 +432,4 @@ def vertical_table(points):
 
 
 __all__ = ["Pose", "transition_point", "Line", "Arc", "Transition", "StationOffset", "Joint",
-           "ProfilePoint", "DesignCheck", "Alignment", "VerticalPoint", "vertical_table", "Point",
-           "CONSTANTS"]
+           "ProfilePoint", "DesignCheck", "Alignment", "VerticalPoint", "vertical_table"]

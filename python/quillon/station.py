@@ -5,7 +5,6 @@ pi), azimuths clockwise from north.
 """
 
 import dataclasses
-import math
 import typing
 
 from ._ffi import CONSTANTS, ffi
@@ -236,4 +235,4 @@ def traverse_adjust(stations, start, start_backsight, end=None, end_foresight=No
 
 
 __all__ = ["Sighting", "SightingResult", "FreeStation", "free_station", "TraverseStation",
-           "TraverseAdjustment", "traverse_adjust", "math"]
+           "TraverseAdjustment", "traverse_adjust"]
