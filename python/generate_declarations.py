@@ -166,20 +166,10 @@ def layout_check(arguments):
 
 def statements(text):
     """Top-level declarations of a C text, each ending with ';'."""
-    result, depth, start = [], 0, 0
-    for i, c in enumerate(text):
-        if c in "({[":
-            depth += 1
-        elif c in ")}]":
-            depth -= 1
-        elif c == ";" and depth == 0:
-            statement = " ".join(text[start:i + 1].split())
-            if statement != ";":
-                result.append(statement)
-            start = i + 1
-    if text[start:].strip():
-        raise GeneratorError("declaration without ';': %s" % text[start:].strip()[:80])
-    return result
+    parts = split_top_level(text, ";")
+    if parts[-1]:
+        raise GeneratorError("declaration without ';': %s" % parts[-1][:80])
+    return [" ".join(part.split()) + ";" for part in parts[:-1] if part]
 
 
 def function_name(statement):

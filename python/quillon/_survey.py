@@ -12,7 +12,11 @@ lib = libraries["quillon_survey"]
 def call(function, *arguments, detail=None):
     """Calls the survey function of that name; raises the SurveyError
     subclass of any status other than QS_OK."""
-    status = getattr(lib, function)(*arguments)
+    check(getattr(lib, function)(*arguments), function, detail)
+
+
+def check(status, function, detail=None):
+    """Raises the SurveyError subclass of a status other than QS_OK."""
     if status != lib.QS_OK:
         message = ffi.string(lib.qs_status_message(status)).decode("ascii")
         raise survey_error(status, function, message, detail)

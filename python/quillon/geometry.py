@@ -10,7 +10,7 @@ import dataclasses
 
 from . import _buffers
 from ._ffi import ffi
-from ._survey import Point, call, lib, survey_point
+from ._survey import Point, call, check, lib, survey_point
 
 
 @dataclasses.dataclass(frozen=True)
@@ -68,13 +68,31 @@ def polar_point(origin, azimuth, distance):
     return Point(out.X, out.Y, out.H)
 
 
-def first_bad(count, refused, describe):
-    """The text naming the first element whose single call is refused as a
-    bad argument, for the message of a refused batch."""
-    for i in range(count):
-        if refused(i):
-            return "element %d (%s) refused" % (i, describe(i))
-    return None
+def batch(function, leading, leading_name, first, second, out, refused, describe):
+    """Runs a batch function of the survey layer, function(*leading, first,
+    second, count, out0, out1), over two buffers of doubles given as
+    (value, name); returns the two outputs. On a refusal the message names
+    the leading arguments (leading_name, when a call of count 0 refuses
+    them too) or else the first element for which refused(a, b) holds,
+    described by describe(a, b)."""
+    a = _buffers.doubles(*first)
+    b = _buffers.doubles(*second)
+    count = _buffers.same_length(a, b)
+    like = (first[0], second[0])
+    result0, pointer0 = _buffers.results(count, like, out and out[0], "out[0]")
+    result1, pointer1 = _buffers.results(count, like, out and out[1], "out[1]")
+    c_function = getattr(lib, function)
+    status = c_function(*leading, a.pointer, b.pointer, count, pointer0, pointer1)
+    if status != lib.QS_OK:
+        detail = None
+        if c_function(*leading, ffi.NULL, ffi.NULL, 0, ffi.NULL, ffi.NULL) != lib.QS_OK:
+            detail = "%s refused" % leading_name
+        for i in range(count if detail is None else 0):
+            if refused(a.pointer[i], b.pointer[i]):
+                detail = "element %d (%s) refused" % (i, describe(a.pointer[i], b.pointer[i]))
+                break
+        check(status, function, detail)
+    return result0, result1
 
 
 def polar_points(origin, azimuths, distances, out=None):
@@ -92,22 +110,13 @@ def polar_points(origin, azimuths, distances, out=None):
     Raises BadArgumentError, naming the first bad element, when any input
     is not finite or beyond 1e9 m; nothing is computed then.
     """
-    a = _buffers.doubles(azimuths, "azimuths")
-    d = _buffers.doubles(distances, "distances")
-    count = _buffers.same_length(a, d)
     station = survey_point(origin, "origin")
-    x, x_out = _buffers.results(count, (azimuths, distances), out and out[0], "out[0]")
-    y, y_out = _buffers.results(count, (azimuths, distances), out and out[1], "out[1]")
-    status = lib.qs_polar_points(station, a.pointer, d.pointer, count, x_out, y_out)
-    if status != lib.QS_OK:
-        scratch = ffi.new("SurveyPoint *")
-        detail = "the origin refused" if lib.qs_polar_points(
-            station, ffi.NULL, ffi.NULL, 0, ffi.NULL, ffi.NULL) != lib.QS_OK else first_bad(
-            count,
-            lambda i: lib.qs_polar_point(station, a.pointer[i], d.pointer[i], scratch) == lib.QS_BAD_ARGUMENT,
-            lambda i: "azimuth %r, distance %r" % (a.pointer[i], d.pointer[i]))
-        call("qs_polar_points", station, a.pointer, d.pointer, count, x_out, y_out, detail=detail)
-    return x, y
+    scratch = ffi.new("SurveyPoint *")
+    return batch(
+        "qs_polar_points", (station,), "the origin", (azimuths, "azimuths"), (distances, "distances"),
+        out,
+        lambda a, d: lib.qs_polar_point(station, a, d, scratch) == lib.QS_BAD_ARGUMENT,
+        lambda a, d: "azimuth %r, distance %r" % (a, d))
 
 
 def joins(origin, x, y, out=None):
@@ -118,23 +127,16 @@ def joins(origin, x, y, out=None):
     x, y: northings and eastings in m, any buffers of doubles of the same
     length (see polar_points, and for out). Returns (azimuths in
     arc-seconds, distances in m); a point on the origin in plan gets the
-    azimuth NaN and the distance 0. Raises BadArgumentError, naming the first bad element, for
-    a coordinate not finite or beyond 1e9 m.
+    azimuth NaN and the distance 0. Raises BadArgumentError, naming the
+    first bad element, for a coordinate not finite or beyond 1e9 m.
     """
-    xs = _buffers.doubles(x, "x")
-    ys = _buffers.doubles(y, "y")
-    count = _buffers.same_length(xs, ys)
     station = survey_point(origin, "origin")
-    azimuths, a_out = _buffers.results(count, (x, y), out and out[0], "out[0]")
-    distances, d_out = _buffers.results(count, (x, y), out and out[1], "out[1]")
-    status = lib.qs_joins(station, xs.pointer, ys.pointer, count, a_out, d_out)
-    if status != lib.QS_OK:
-        scratch = ffi.new("qs_join_result *")
-        detail = "the origin refused" if lib.qs_joins(
-            station, ffi.NULL, ffi.NULL, 0, ffi.NULL, ffi.NULL) != lib.QS_OK else first_bad(
-            count,
-            lambda i: lib.qs_join(station, survey_point((xs.pointer[i], ys.pointer[i], station.H)),
-                                  scratch) == lib.QS_BAD_ARGUMENT,
-            lambda i: "x %r, y %r" % (xs.pointer[i], ys.pointer[i]))
-        call("qs_joins", station, xs.pointer, ys.pointer, count, a_out, d_out, detail=detail)
-    return azimuths, distances
+    scratch = ffi.new("qs_join_result *")
+    to = ffi.new("SurveyPoint *")
+
+    def refused(x, y):
+        to.X, to.Y, to.H = x, y, station.H
+        return lib.qs_join(station, to, scratch) == lib.QS_BAD_ARGUMENT
+
+    return batch("qs_joins", (station,), "the origin", (x, "x"), (y, "y"), out, refused,
+                 lambda x, y: "x %r, y %r" % (x, y))

@@ -11,11 +11,10 @@ offsets + right of the centre line looking toward increasing chainage.
 
 import dataclasses
 
-from . import _buffers
 from ._ffi import ffi, libraries
 from ._survey import call, coordinates, lib
 from .errors import device_error
-from .geometry import first_bad
+from .geometry import batch
 
 
 @dataclasses.dataclass(frozen=True)
@@ -328,23 +327,13 @@ class Alignment:
         quillon.polar_points). Returns (chainages, offsets) as array('d'),
         or numpy arrays when an input is one; out=(chainages, offsets)
         writes into two writable buffers of doubles instead."""
-        xs = _buffers.doubles(x, "x")
-        ys = _buffers.doubles(y, "y")
-        count = _buffers.same_length(xs, ys)
-        chainages, c_out = _buffers.results(count, (x, y), out and out[0], "out[0]")
-        offsets, o_out = _buffers.results(count, (x, y), out and out[1], "out[1]")
-        status = lib.qs_alignment_locate_many(self._table, self._count, xs.pointer, ys.pointer, count,
-                                              c_out, o_out)
-        if status != lib.QS_OK:
-            scratch = ffi.new("qs_station_offset *")
-            detail = first_bad(
-                count,
-                lambda i: lib.qs_alignment_locate(self._table, self._count, xs.pointer[i],
-                                                  ys.pointer[i], scratch) == lib.QS_BAD_ARGUMENT,
-                lambda i: "x %r, y %r" % (xs.pointer[i], ys.pointer[i]))
-            call("qs_alignment_locate_many", self._table, self._count, xs.pointer, ys.pointer, count,
-                 c_out, o_out, detail=detail)
-        return chainages, offsets
+        scratch = ffi.new("qs_station_offset *")
+        return batch(
+            "qs_alignment_locate_many", (self._table, self._count), "the table", (x, "x"), (y, "y"),
+            out,
+            lambda x, y: lib.qs_alignment_locate(self._table, self._count, x, y, scratch)
+            == lib.QS_BAD_ARGUMENT,
+            lambda x, y: "x %r, y %r" % (x, y))
 
     # ---- heights --------------------------------------------------------------
 
