@@ -145,23 +145,24 @@ def split_top_level(text, separator=","):
     return [p.strip() for p in parts]
 
 
-LAYOUT_SIZE = re.compile(r"^sizeof\s*\(\s*([A-Za-z_]\w*)\s*\)\s*==\s*(.+)$", re.S)
-LAYOUT_OFFSET = re.compile(
-    r"^__builtin_offsetof\s*\(\s*([A-Za-z_]\w*)\s*,\s*([A-Za-z_]\w*)\s*\)\s*==\s*(.+)$", re.S)
+SIZE_OR_OFFSET = re.compile(r"\b(?:sizeof\s*\(\s*[A-Za-z_][A-Za-z0-9_ ]*\**\s*\)"
+                            r"|__builtin_offsetof\s*\(\s*[A-Za-z_]\w*\s*,\s*[A-Za-z_]\w*\s*\))")
+# Numbers, parentheses, arithmetic, comparisons, && and ||; no unary !,
+# whose precedence Python's not does not share.
+CONDITION_TOKENS = re.compile(r"^[\s0-9()+\-*/%<>=!|&uUlL]*$")
 
 
 def layout_check(arguments):
-    """A static assertion of a record's size or a field's offset as
-    (type, field or None, expected expression)."""
-    condition = split_top_level(arguments)[0]
-    condition = " ".join(condition.split())
-    size = LAYOUT_SIZE.match(condition)
-    if size:
-        return (size.group(1), None, size.group(2))
-    offset = LAYOUT_OFFSET.match(condition)
-    if offset:
-        return (offset.group(1), offset.group(2), offset.group(3))
-    raise GeneratorError("static assertion of an unknown form: %s" % condition)
+    """A static assertion as (condition, message): the condition a C
+    constant expression of numbers, sizeof(type) and offsetof(type, field),
+    which the package evaluates with cffi's sizes; the message its text."""
+    parts = split_top_level(arguments)
+    condition = " ".join(parts[0].split())
+    if (not CONDITION_TOKENS.match(SIZE_OR_OFFSET.sub("0", condition))
+            or re.search(r"!(?!=)", condition)):
+        raise GeneratorError("static assertion the package cannot evaluate: %s" % condition)
+    message = "".join(re.findall(r'"((?:[^"\\]|\\.)*)"', parts[1] if len(parts) > 1 else ""))
+    return (condition, message)
 
 
 def statements(text):
@@ -279,7 +280,7 @@ def module_text(cdef, constants, expressions, functions, layout, headers):
         lines.append("    %r: (" % library)
         lines += ["        %r," % name for name in functions[library]]
         lines.append("    ),")
-    lines += ["}", "", "# (record, field or None for its size, expected value as a C expression)",
+    lines += ["}", "", "# The headers' static assertions of record layouts: (C condition, message)",
               "LAYOUT = ("]
     lines += ["    %r," % (check,) for check in layout]
     lines += [")", ""]

@@ -108,14 +108,24 @@ libraries = _Libraries()
 # ---- integer expressions of the C sizes -------------------------------------
 
 _SIZEOF = re.compile(r"sizeof\s*\(\s*([A-Za-z_][A-Za-z0-9_ ]*\**)\s*\)")
+_OFFSETOF = re.compile(r"__builtin_offsetof\s*\(\s*([A-Za-z_]\w*)\s*,\s*([A-Za-z_]\w*)\s*\)")
+_SUFFIX = re.compile(r"\b(\d+)[uUlL]+\b")
 
 
-def evaluate(expression, names=None):
-    """An integer constant expression of the headers (literals, names of
-    other constants, sizeof of a type, + - * / %), with cffi's sizes. C
-    divides integers toward zero."""
-    text = _SIZEOF.sub(lambda m: str(ffi.sizeof(m.group(1).strip())), expression)
-    tree = ast.parse(text, mode="eval")
+def evaluate(expression, names=None, sizes=None):
+    """A constant expression of the headers - numbers, names of other
+    constants, sizeof of a type, offsetof a field, + - * / %, comparisons,
+    && and || - with the sizes of the FFI sizes (the package's by default).
+    C divides integers toward zero."""
+    sizes = sizes or ffi
+    text = _SIZEOF.sub(lambda m: str(sizes.sizeof(m.group(1).strip())), expression)
+    text = _OFFSETOF.sub(lambda m: str(sizes.offsetof(m.group(1), m.group(2))), text)
+    text = _SUFFIX.sub(r"\1", text)
+    text = text.replace("||", " or ").replace("&&", " and ")
+    tree = ast.parse(text.strip(), mode="eval")
+    comparisons = {ast.Eq: lambda a, b: a == b, ast.NotEq: lambda a, b: a != b,
+                   ast.Lt: lambda a, b: a < b, ast.LtE: lambda a, b: a <= b,
+                   ast.Gt: lambda a, b: a > b, ast.GtE: lambda a, b: a >= b}
 
     def value(node):
         if isinstance(node, ast.Expression):
@@ -127,6 +137,11 @@ def evaluate(expression, names=None):
         if isinstance(node, ast.UnaryOp) and isinstance(node.op, (ast.UAdd, ast.USub)):
             operand = value(node.operand)
             return operand if isinstance(node.op, ast.UAdd) else -operand
+        if isinstance(node, ast.BoolOp):
+            results = [bool(value(v)) for v in node.values]
+            return int(all(results) if isinstance(node.op, ast.And) else any(results))
+        if isinstance(node, ast.Compare) and len(node.ops) == 1 and type(node.ops[0]) in comparisons:
+            return int(comparisons[type(node.ops[0])](value(node.left), value(node.comparators[0])))
         if isinstance(node, ast.BinOp):
             left, right = value(node.left), value(node.right)
             if isinstance(node.op, ast.Add):
@@ -142,7 +157,7 @@ def evaluate(expression, names=None):
                 return left / right
             if isinstance(node.op, ast.Mod):
                 return left - right * int(left / right)
-        raise ValueError("not an integer constant expression: %s" % expression)
+        raise ValueError("not a constant expression: %s" % expression)
 
     return value(tree)
 
@@ -168,19 +183,12 @@ CONSTANTS = _constants()
 
 
 def layout_mismatches():
-    """The records whose size or field offset in cffi differs from what the
-    headers' static assertions pin: (record, field or None, cffi's value,
-    the header's)."""
-    wrong = []
-    for record, field, expected in _declarations.LAYOUT:
-        actual = ffi.offsetof(record, field) if field else ffi.sizeof(record)
-        pinned = evaluate(expected, CONSTANTS)
-        if actual != pinned:
-            wrong.append((record, field, actual, pinned))
-    return wrong
+    """The static assertions of the headers that cffi's layouts fail, by
+    their messages ("SurveyPoint size", "HElement.Chainage offset", ...)."""
+    return [message for condition, message in _declarations.LAYOUT
+            if not evaluate(condition, CONSTANTS)]
 
 
 _wrong = layout_mismatches()
 if _wrong:
-    raise ImportError("record layouts differ from the headers' (record, field, cffi, header): %r"
-                      % (_wrong,))
+    raise ImportError("cffi lays records out unlike the headers' checks: %s" % ", ".join(_wrong))

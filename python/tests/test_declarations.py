@@ -101,6 +101,7 @@ HEADER = textwrap.dedent("""\
     QUILLON_API int LIB_Thing(const Thing* thing, unsigned char count);
     PIN(Thing, 16);
     AT(Thing, b, 8);
+    _Static_assert(sizeof(void*) != 8 || sizeof(Thing) == 24, "on 64" " bits");
     #endif
     """)
 
@@ -126,10 +127,13 @@ class Generator(unittest.TestCase):
         self.assertEqual(constants["QUILLON_HEX"], 31)
         self.assertEqual(expressions["QUILLON_TWICE"], "(QUILLON_COUNT * 2 + sizeof(double))")
         self.assertEqual(_ffi.evaluate(expressions["QUILLON_TWICE"], constants), 32)
-        self.assertEqual(layout, [("Thing", None, "(16)"), ("Thing", "b", "(8)")])
+        self.assertEqual([("".join(c.split()), m) for c, m in layout],
+                         [("sizeof(Thing)==(16)", "Thing"), ("__builtin_offsetof(Thing,b)==(8)", "at"),
+                          ("sizeof(void*)!=8||sizeof(Thing)==24", "on 64 bits")])
         ffi = _ffi.cffi.FFI()
         ffi.cdef(cdef)
-        self.assertEqual(ffi.sizeof("Thing"), 16)
+        self.assertEqual([_ffi.evaluate(c, constants, ffi) for c, _ in layout],
+                         [1, 1, int(ffi.sizeof("void *") != 8)])
 
     def test_a_constant_it_cannot_read_stops_it(self):
         header = HEADER.replace('#define QUILLON_HEX 0x1F', '#define QUILLON_TEXT "a" "b" L"c"')
@@ -137,9 +141,12 @@ class Generator(unittest.TestCase):
             self.generate(header)
 
     def test_an_assertion_of_another_form_stops_it(self):
-        header = HEADER.replace("AT(Thing, b, 8);", '_Static_assert(1 + 1 == 2, "sum");')
-        with self.assertRaises(generate_declarations.GeneratorError):
-            self.generate(header)
+        for assertion in ('_Static_assert(__alignof__(Thing) == 8, "aligned");',
+                          '_Static_assert(!(sizeof(Thing) - 16), "not");'):
+            with self.subTest(assertion=assertion):
+                header = HEADER.replace("AT(Thing, b, 8);", assertion)
+                with self.assertRaises(generate_declarations.GeneratorError):
+                    self.generate(header)
 
     def test_a_header_without_functions_stops_it(self):
         header = HEADER.replace("QUILLON_API int LIB_Thing(const Thing* thing, unsigned char count);",

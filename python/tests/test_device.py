@@ -110,6 +110,8 @@ class RecordLayouts(unittest.TestCase):
         from quillon import _declarations, _ffi
         self.assertGreater(len(_declarations.LAYOUT), 300)
         self.assertEqual(_ffi.layout_mismatches(), [])
+        # A check that fails is reported by its message.
+        self.assertFalse(_ffi.evaluate("sizeof(SurveyPoint) == (32)"))
 
     def test_a_few_layouts_by_hand(self):
         self.assertEqual(ffi.sizeof("SurveyPoint"), 24)
