@@ -90,23 +90,34 @@ def parse_dms(text):
     return -total if sign == "-" else total
 
 
-def format_dms(seconds, decimals=1, style="symbols"):
+def _rounded(value):
+    """The whole number nearest a non-negative value, halves away from zero
+    (as surveyors round, and C's round)."""
+    whole = math.floor(value)
+    return int(whole) + (1 if value - whole >= 0.5 else 0)
+
+
+def format_dms(seconds, decimals=1, style="symbols", circle=False):
     """Text of an angle in arc-seconds as degrees, minutes and seconds.
 
-    The angle is rounded to the given number of decimals of a second first,
-    so 59.96" never shows as 60.0". style "symbols" gives 123°45'06.7",
-    "spaces" 123 45 06.7 and "colons" 123:45:06.7. A negative angle gets a
-    leading minus; the angle is not folded (use fold for that). Raises
-    ValueError for a value that is not finite.
+    The angle is rounded to the given number of decimals of a second first
+    (halves away from zero), so 59.96" never shows as 60.0". style "symbols"
+    gives 123°45'06.7", "spaces" 123 45 06.7 and "colons" 123:45:06.7. A
+    negative angle gets a leading minus; circle=True folds the rounded angle
+    into [0°, 360°) instead. Raises ValueError for a value that is not
+    finite.
     """
     value = float(seconds)
     if not math.isfinite(value):
         raise ValueError("angle not finite: %r" % seconds)
     if decimals < 0:
         raise ValueError("decimals must not be negative")
-    sign = "-" if value < 0 else ""
     scale = 10 ** decimals
-    units = round(abs(value) * scale)  # whole units of the last decimal
+    units = _rounded(abs(value) * scale)  # whole units of the last decimal
+    sign = "-" if value < 0 and units else ""
+    if circle:
+        units = (-units if value < 0 else units) % (1296000 * scale)
+        sign = ""
     whole_seconds, fraction = divmod(units, scale)
     degrees, rest = divmod(whole_seconds, 3600)
     minutes, secs = divmod(rest, 60)

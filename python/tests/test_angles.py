@@ -61,10 +61,22 @@ class Dms(unittest.TestCase):
             (3599.96, 1, "symbols", "1°00'00.0\""),
             (1295999.9996, 3, "symbols", "360°00'00.000\""),
             (59.94, 1, "symbols", "0°00'59.9\""),
+            # Halves away from zero, as surveyors round.
+            (0.25, 1, "symbols", "0°00'00.3\""),
+            (-0.25, 1, "symbols", "-0°00'00.3\""),
+            (-0.04, 1, "symbols", "0°00'00.0\""),
         ]
         for seconds, decimals, style, text in cases:
             with self.subTest(seconds=seconds, style=style):
                 self.assertEqual(quillon.format_dms(seconds, decimals, style), text)
+
+    def test_on_the_circle(self):
+        cases = [(1295999.96, "0°00'00.0\""), (-1.0, "359°59'59.0\""), (1296000.0 * 3 + 36.0,
+                                                                       "0°00'36.0\""),
+                 (324000.0, "90°00'00.0\"")]
+        for seconds, text in cases:
+            with self.subTest(seconds=seconds):
+                self.assertEqual(quillon.format_dms(seconds, circle=True), text)
 
     def test_round_trip(self):
         for seconds in [0.0, 0.1, 59.9, 3600.0, 445506.7, 1295999.9]:

@@ -43,6 +43,8 @@ class CoverExports(unittest.TestCase):
         by_file = {"libquillon.": "quillon", "libquillon_survey.": "quillon_survey",
                    "libquillon_io.": "quillon_io"}
         checked = 0
+        if os.environ.get("QUILLON_IO_LIBRARY"):
+            libraries += os.pathsep + os.environ["QUILLON_IO_LIBRARY"]
         for path in libraries.split(os.pathsep):
             library = next(name for prefix, name in by_file.items()
                            if os.path.basename(path).startswith(prefix))
