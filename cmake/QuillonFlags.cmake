@@ -11,6 +11,10 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
         -Wall -Wextra -Wpedantic -Werror
         -ffp-contract=off
         -fno-fast-math)
+    # The sources refuse to compile for a target with fused multiply-add
+    # unless this says that contraction is off (src/core/evaluation.hpp):
+    # keep the two together.
+    target_compile_definitions(quillon_flags INTERFACE QUILLON_FP_CONTRACT_OFF)
     if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86)$")
         target_compile_options(quillon_flags INTERFACE -msse2 -mfpmath=sse)
     endif()

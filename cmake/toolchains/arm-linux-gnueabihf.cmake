@@ -3,6 +3,8 @@
 #   cmake -S . -B build-armhf -G Ninja \
 #       -DCMAKE_TOOLCHAIN_FILE=cmake/toolchains/arm-linux-gnueabihf.cmake
 set(QUILLON_TRIPLET arm-linux-gnueabihf)
+# The name of the platform in tests/platform/differences/.
+set(QUILLON_PLATFORM armhf)
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR arm)
 set(QUILLON_QEMU qemu-arm)

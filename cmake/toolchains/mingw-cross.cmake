@@ -1,6 +1,8 @@
 # Shared part of the mingw-w64 toolchains: QUILLON_TRIPLET names the
 # compiler; QUILLON_WINE_NAMES, when set, the wine launcher that runs the
-# test programs.
+# test programs, in the prefix QUILLON_WINE_PREFIX with the server
+# QUILLON_WINESERVER_PROGRAM (tests/platform starts and stops it around the
+# tests).
 set(CMAKE_SYSTEM_NAME Windows)
 
 # Prefer the win32 thread model: the module needs no pthread runtime.
@@ -28,11 +30,15 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 if(QUILLON_WINE_NAMES)
     find_program(QUILLON_WINE_PROGRAM NAMES ${QUILLON_WINE_NAMES} PATHS /usr/lib/wine)
+    find_program(QUILLON_WINESERVER_PROGRAM NAMES wineserver PATHS /usr/lib/wine)
+    set(QUILLON_WINE_PREFIX ${CMAKE_BINARY_DIR}/wine-prefix CACHE PATH
+        "Wine prefix the test programs run in (made by the first test run)")
     if(QUILLON_WINE_PROGRAM)
-        # A quiet wine without the .NET and browser installers a fresh prefix
-        # would otherwise offer.
-        set(CMAKE_CROSSCOMPILING_EMULATOR
-            env WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml= ${QUILLON_WINE_PROGRAM})
+        # The build's own prefix, and a quiet wine without the .NET and
+        # browser installers a fresh prefix would otherwise offer.
+        set(QUILLON_WINE_ENVIRONMENT
+            WINEPREFIX=${QUILLON_WINE_PREFIX} WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=)
+        set(CMAKE_CROSSCOMPILING_EMULATOR env ${QUILLON_WINE_ENVIRONMENT} ${QUILLON_WINE_PROGRAM})
     endif()
 endif()
 

@@ -1,4 +1,5 @@
 // The module frame: the loader entry on Windows and the exported placeholders.
+#include "evaluation.hpp"
 #include "quillon.h"
 
 #ifdef _WIN32

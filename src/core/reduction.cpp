@@ -1,7 +1,7 @@
-// Reduction of slope measurements, line components and the combined scale.
+// Reduction of slope measurements and the combined scale.
 #include "core.hpp"
 
-using namespace quillon;
+namespace quillon {
 
 namespace {
 
@@ -33,45 +33,34 @@ RefractionCoefficients refraction_for(unsigned char mode)
 
 } // namespace
 
-ResultCode LIB_DistConvert(const StationRecord* station, double scale, double slope_distance,
-                           double zenith, DistanceRecord* out)
+DistanceRecord reduced_distances(const StationRecord& station, double scale, double slope_distance,
+                                 double zenith)
 {
     const double z = sec_to_rad(zenith);
     const double v = std::cos(z) * slope_distance;
     // The sine is taken absolute: a face II zenith angle gives the same
     // positive horizontal distance as face I.
     const double h = std::fabs(std::sin(z)) * slope_distance;
-    const RefractionCoefficients c = refraction_for(station->refractionMode);
-    out->HorizontalDistance = h - (c.horizontal * h) * v;
+    const RefractionCoefficients c = refraction_for(station.refractionMode);
+    double horizontal_distance = h - (c.horizontal * h) * v;
     // Both bounds strict: 0.99 and 1.01 themselves leave the distance unscaled.
-    if (0.99 < scale && scale < 1.01) {
-        out->HorizontalDistance = out->HorizontalDistance * scale;
+    if (SCALE_BAND_LOW < scale && scale < SCALE_BAND_HIGH) {
+        horizontal_distance = horizontal_distance * scale;
     }
-    out->VerticalDifference = (c.vertical * h) * h + v;
-    out->HeightDifference =
-        (station->InstrumentHeight + out->VerticalDifference) - station->TargetHeight;
-    out->SlopeDistance = slope_distance;
-    return OK;
+    const double vertical_difference = (c.vertical * h) * h + v;
+    const double height_difference =
+        (station.InstrumentHeight + vertical_difference) - station.TargetHeight;
+    return {slope_distance, horizontal_distance, vertical_difference, height_difference};
 }
 
-ResultCode LIB_CalLB(const SurveyPoint* line, const SurveyPoint* p, double* along, double* across)
+} // namespace quillon
+
+using namespace quillon;
+
+ResultCode LIB_DistConvert(const StationRecord* station, double scale, double slope_distance,
+                           double zenith, DistanceRecord* out)
 {
-    double azAB = 0.0;
-    if (LIB_CalAZ(&line[0], &line[1], &azAB) != OK) {
-        return COINCIDENT;
-    }
-    // A point on A has no direction; its distance of 0 makes both
-    // components 0 whatever angle is used, and the angle stays 0.
-    double azAP = 0.0;
-    LIB_CalAZ(&line[0], p, &azAP);
-    double D = 0.0;
-    LIB_Cal2PointDist(&line[0], p, &D, 0);
-    const double t = sec_to_rad(azAP - azAB);
-    *along = std::cos(t) * D;
-    *across = std::sin(t) * D;
-    if (!in_range(*along) || !in_range(*across)) {
-        return RANGE;
-    }
+    *out = reduced_distances(*station, scale, slope_distance, zenith);
     return OK;
 }
 
@@ -79,7 +68,7 @@ ResultCode LIB_CalScale(double height, double grid_scale, double* combined)
 {
     *combined = (EARTH_RADIUS / (height + EARTH_RADIUS)) * grid_scale;
     // Inclusive band, unlike the strict one of the distance reduction.
-    if (*combined > 1.01 || *combined < 0.99) {
+    if (*combined > SCALE_BAND_HIGH || *combined < SCALE_BAND_LOW) {
         return RANGE;
     }
     return OK;

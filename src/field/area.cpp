@@ -1,5 +1,4 @@
-// Area and perimeter of a polygon, and the missing line between two points
-// measured from one station.
+// Area and perimeter of a polygon.
 #include "../core/core.hpp"
 
 using namespace quillon;
@@ -14,9 +13,7 @@ ResultCode LIB_Area(unsigned char count, const SurveyPoint* points, AreaResult* 
     for (unsigned int i = 0; i < count; ++i) {
         const unsigned int j = (i + 1 == count) ? 0 : i + 1;
         sum = ((points[j].Y * points[i].X) - (points[j].X * points[i].Y)) + sum;
-        perimeter =
-            std::sqrt(square(points[j].Y - points[i].Y) + square(points[j].X - points[i].X)) +
-            perimeter;
+        perimeter = plan_distance(points[j], points[i]) + perimeter;
     }
     // Either orientation gives the same area.
     const double area = std::fabs(sum) * 0.5;
@@ -26,59 +23,5 @@ ResultCode LIB_Area(unsigned char count, const SurveyPoint* points, AreaResult* 
     out->Area = area;
     out->Hectares = area * 0.0001;
     out->Perimeter = perimeter;
-    return OK;
-}
-
-ResultCode LIB_MissLine(const StationRecord* station, const DistanceRecord* measured,
-                        const double* angles, double first_target_height,
-                        double second_target_height, MissLineResult* out)
-{
-    const double HD1 = measured[0].HorizontalDistance;
-    const double VD1 = measured[0].VerticalDifference;
-    const double HD2 = measured[1].HorizontalDistance;
-    const double VD2 = measured[1].VerticalDifference;
-    const double HA1 = angles[0];
-    const double HA2 = angles[3];
-
-    double angle_between = std::fabs(HA1 - HA2);
-    if (angle_between > HALF_CIRCLE) {
-        angle_between = FULL_CIRCLE - angle_between;
-    }
-    // Law of cosines in the triangle station - first point - second point.
-    const double D = std::sqrt((square(HD2) + square(HD1)) -
-                               ((std::cos(sec_to_rad(angle_between)) * HD2) * HD1) * 2.0);
-    if (D == 0.0) {
-        return COINCIDENT;
-    }
-    const double dH = (VD2 - VD1) - (second_target_height - first_target_height);
-    out->SlopeDistance = std::sqrt(square(dH) + square(D));
-    out->HorizontalDistance = D;
-    out->HeightDifference = dH;
-    out->Grade = (dH / D) * 100.0;
-
-    // The angle at the first point is cut to whole seconds, so the azimuth
-    // carries only the fraction of the first horizontal angle.
-    const double g = whole_seconds(
-        rad_to_sec(std::acos(((square(HD1) + square(D)) - square(HD2)) / ((HD1 * D) * 2.0))));
-    const double s = HA2 - HA1;
-    if (0.0 < s && s <= HALF_CIRCLE) {
-        out->Azimuth = (HA1 + HALF_CIRCLE) - g;
-    } else if (s > HALF_CIRCLE || (-HALF_CIRCLE < s && s < 0.0)) {
-        out->Azimuth = (HA1 + g) + HALF_CIRCLE;
-    } else if (s <= -HALF_CIRCLE) {
-        out->Azimuth = (HA1 - HALF_CIRCLE) - g;
-    }
-    // Both points in one direction: no azimuth is computed and the caller's
-    // value goes through the folds below.
-    if (out->Azimuth > FULL_CIRCLE) {
-        out->Azimuth = out->Azimuth - FULL_CIRCLE;
-    }
-    if (!faces_differ(*station)) {
-        return OK;
-    }
-    out->Azimuth = out->Azimuth - HALF_CIRCLE;
-    if (out->Azimuth < 0.0) {
-        out->Azimuth = out->Azimuth + FULL_CIRCLE;
-    }
     return OK;
 }

@@ -8,14 +8,10 @@ ResultCode LIB_CalFrontMeet(const FrontMeetInput* input, SurveyPoint* out, unsig
 {
     const SurveyPoint& A = input->A.Point;
     const SurveyPoint& B = input->B.Point;
-    const SurveyPoint base[2] = {A, B};
-    BearingRecord bearing = {};
-    double azAB = 0.0;
-    const ResultCode bearing_status = LIB_CalDist(base, &bearing);
-    const ResultCode azimuth_status = LIB_CalAZ(&A, &B, &azAB);
-    if (bearing_status != OK || azimuth_status != OK) {
+    if (coincide_in_plan(A, B)) {
         return DOMAIN;
     }
+    const double azAB = azimuth_between(A, B);
 
     if (mode == 0) {
         // The angles of the triangle at A and at B, unfolded.
@@ -23,7 +19,7 @@ ResultCode LIB_CalFrontMeet(const FrontMeetInput* input, SurveyPoint* out, unsig
         const double a2 = (input->B.Direction + HALF_CIRCLE) - azAB;
         // Exact comparisons only: a right angle a hair off is computed.
         if (std::fabs(a1) == QUARTER_CIRCLE || std::fabs(a2) == QUARTER_CIRCLE ||
-            std::fabs(a1) == THREE_QUARTERS || std::fabs(a2) == THREE_QUARTERS) {
+            std::fabs(a1) == THREE_QUARTER_CIRCLE || std::fabs(a2) == THREE_QUARTER_CIRCLE) {
             return DOMAIN;
         }
         const double tA = std::tan(sec_to_rad(a1));
@@ -45,7 +41,7 @@ ResultCode LIB_CalFrontMeet(const FrontMeetInput* input, SurveyPoint* out, unsig
         out->Y = Y;
         out->H = 0.0;
     } else if (mode == 1) {
-        const double D = bearing.HorizontalDistance;
+        const double D = plan_distance(A, B);
         if (D == 0.0) {
             return DOMAIN;
         }
@@ -58,8 +54,8 @@ ResultCode LIB_CalFrontMeet(const FrontMeetInput* input, SurveyPoint* out, unsig
             return DOMAIN;
         }
         const double h = std::sqrt(q);
-        const double c = std::cos(sec_to_rad(bearing.Azimuth));
-        const double s = std::sin(sec_to_rad(bearing.Azimuth));
+        const double c = std::cos(sec_to_rad(azAB));
+        const double s = std::sin(sec_to_rad(azAB));
         // Always the point to the left of A->B; the mirror image is never given.
         const double X = (s * h + c * p) + A.X;
         const double Y = (s * p + A.Y) - c * h;

@@ -6,12 +6,7 @@ namespace quillon {
 
 double turn_reading_half_circle(double reading)
 {
-    double turned = reading + HALF_CIRCLE;
-    // Strictly greater: a full circle itself is kept as it is.
-    if (turned > FULL_CIRCLE) {
-        turned = turned - FULL_CIRCLE;
-    }
-    return turned;
+    return take_turn_if_above<ArcSeconds>(reading + HALF_CIRCLE);
 }
 
 ResultCode sight_offset_point(const StationRecord& station, const SurveyPoint& point,

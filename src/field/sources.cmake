@@ -2,9 +2,11 @@ set(QUILLON_FIELD_SOURCES
     field/sighting.cpp
     field/stakeout.cpp
     field/remote_height.cpp
-    field/offsets.cpp
+    field/offsets_angle_distance.cpp
+    field/offsets_sight_line.cpp
+    field/offsets_round_object.cpp
     field/area.cpp
+    field/missing_line.cpp
     field/intersections.cpp
-    field/offsets_sight.cpp
     field/line_height.cpp
-    field/round_object.cpp)
+    field/circle.cpp)

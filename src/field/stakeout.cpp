@@ -52,11 +52,9 @@ ResultCode LIB_SO_Coor(const StationRecord* station, const DistanceRecord* measu
         return DOMAIN;
     }
     const SurveyPoint station_point = {station->X, station->Y, station->H};
-    const double design_distance =
-        std::sqrt(square(station->Y - design->Y) + square(station->X - design->X));
+    const double design_distance = plan_distance(station_point, *design);
     // A design point plumb over the station has no azimuth; 0 is used.
-    double azimuth = 0.0;
-    LIB_CalAZ(&station_point, design, &azimuth);
+    const double azimuth = azimuth_or(station_point, *design, 0.0);
 
     if (!faces_differ(*station)) {
         out->AngleDifference = *measured_angle - azimuth;
@@ -65,26 +63,24 @@ ResultCode LIB_SO_Coor(const StationRecord* station, const DistanceRecord* measu
         // angle subtracts it).
         out->AngleDifference = (*measured_angle - azimuth) + HALF_CIRCLE;
     }
-    if (out->AngleDifference < -HALF_CIRCLE) {
-        out->AngleDifference = out->AngleDifference + FULL_CIRCLE;
-    } else if (out->AngleDifference > HALF_CIRCLE) {
-        out->AngleDifference = out->AngleDifference - FULL_CIRCLE;
-    }
+    out->AngleDifference = fold_half_circle(out->AngleDifference);
 
-    // A measured point beyond the range limit has no coordinates: LIB_MeasCoor
-    // leaves it untouched and it is reported at the origin.
-    SurveyPoint measured_point = {0.0, 0.0, 0.0};
-    LIB_MeasCoor(station, measured, measured_angle, &measured_point);
-    out->X = measured_point.X;
-    out->Y = measured_point.Y;
-    out->H = measured_point.H;
+    // A measured point beyond the range limit has no coordinates: it is
+    // reported at the origin.
+    SurveyPoint point = measured_point(*station, *measured, *measured_angle);
+    if (!in_range(point)) {
+        point = {0.0, 0.0, 0.0};
+    }
+    out->X = point.X;
+    out->Y = point.Y;
+    out->H = point.H;
 
     const double measured_distance = measured->HorizontalDistance;
     out->HorizontalDistanceDifference = measured_distance - design_distance;
     const double t = sec_to_rad(out->AngleDifference);
     out->ForwardDifference = measured_distance - std::cos(t) * design_distance;
     out->LateralDifference = std::sin(t) * design_distance;
-    out->HeightDifference = measured_point.H - design->H;
+    out->HeightDifference = point.H - design->H;
     return OK;
 }
 
@@ -96,7 +92,7 @@ ResultCode LIB_SO_Height(const StationRecord* station, const DistanceRecord* mea
     if (zenith <= HALF_CIRCLE) {
         elevation = QUARTER_CIRCLE - zenith;
     } else {
-        elevation = zenith - THREE_QUARTERS;
+        elevation = zenith - THREE_QUARTER_CIRCLE;
     }
     const double rise = (measured->HorizontalDistance * std::tan(sec_to_rad(elevation))) -
                         measured->VerticalDifference;

@@ -1,6 +1,6 @@
 // Horizontal alignment given element by element: the complete element table,
 // the point at a chainage, and the list of chainages to stake out.
-#include "road_h.hpp"
+#include "horizontal.hpp"
 
 #include <cstring>
 
@@ -16,7 +16,7 @@ bool start_valid(const HElement& first)
     // The start azimuth may be a full two circles here, one more than the
     // element functions accept.
     return in_range(first.X) && in_range(first.Y) && first.Azimuth >= 0.0 &&
-           first.Azimuth <= AZ_LIMIT && in_range(first.Chainage);
+           first.Azimuth <= ROAD_AZIMUTH_LIMIT && in_range(first.Chainage);
 }
 
 bool element_valid(const HElement& element)
@@ -41,56 +41,45 @@ bool element_valid(const HElement& element)
     return true;
 }
 
-// End of element i written into record i+1: azimuth first, then position.
+// End of element i written into record i+1: azimuth and position.
 ResultCode compute_end(const HElement& element, HElement& next)
 {
     ResultCode status = OK;
-    PlanePoint end;
+    PlanePoint end = {0.0, 0.0};
     if (element.Type == LINE) {
         status = LIB_CalWay_H_Line_On(&element, element.Length, &end);
-        if (status != OK) {
-            return status;
-        }
-        next.X = end.X;
-        next.Y = end.Y;
         // A line followed by a line keeps its own azimuth: the alignment may
         // break there. The test reads the next record as it stands, which
         // for the last element is the caller's end slot.
-        if (next.Type != LINE) {
+        if (status == OK && next.Type != LINE) {
             next.Azimuth = element.Azimuth;
         }
     } else if (element.Type == ARC) {
-        status = LIB_CalWay_H_Circle_AZ(&element, element.Length, &next.Azimuth);
-        if (status != OK) {
-            return status;
-        }
-        status = LIB_CalWay_H_Circle_On(&element, element.Length, &end);
-        if (status != OK) {
-            return status;
-        }
-        next.X = end.X;
-        next.Y = end.Y;
+        status = azimuth_then_point(element, element.Length, LIB_CalWay_H_Circle_AZ,
+                                    LIB_CalWay_H_Circle_On, &next.Azimuth, &end);
     } else if (element.Spiral == ENTRY) {
-        status = LIB_CalWay_H_Curve_AZ(&element, element.Length, &next.Azimuth);
-        if (status != OK) {
-            return status;
-        }
-        status = LIB_CalWay_H_Curve_On(&element, element.Length, &end);
-        if (status != OK) {
-            return status;
-        }
-        next.X = end.X;
-        next.Y = end.Y;
+        status = azimuth_then_point(element, element.Length, LIB_CalWay_H_Curve_AZ,
+                                    LIB_CalWay_H_Curve_On, &next.Azimuth, &end);
     } else {
         TangentPoint far_end;
         status = LIB_CalWay_H_Curve_End(&element, &far_end);
-        if (status != OK) {
-            return status;
+        if (status == OK) {
+            end = {far_end.X, far_end.Y};
+            next.Azimuth = far_end.Azimuth;
         }
-        next.X = far_end.X;
-        next.Y = far_end.Y;
-        next.Azimuth = far_end.Azimuth;
     }
+    if (status != OK) {
+        return status;
+    }
+    next.X = end.X;
+    next.Y = end.Y;
+    return OK;
+}
+
+// Along a straight the azimuth is the element's own.
+ResultCode line_azimuth(const HElement* element, double, double* azimuth)
+{
+    *azimuth = element->Azimuth;
     return OK;
 }
 
@@ -100,32 +89,12 @@ ResultCode evaluate(const HElement* table, unsigned int i, double K, TangentPoin
 {
     const HElement& element = table[i];
     const double l = K - element.Chainage;
-    ResultCode status = OK;
-    PlanePoint position;
     if (element.Type == LINE) {
-        status = LIB_CalWay_H_Line_On(&element, l, &position);
-        if (status != OK) {
-            return status;
-        }
-        out->X = position.X;
-        out->Y = position.Y;
-        out->Azimuth = element.Azimuth;
+        return point_then_azimuth(element, l, LIB_CalWay_H_Line_On, line_azimuth, out);
     } else if (element.Type == ARC) {
-        status = LIB_CalWay_H_Circle_On(&element, l, &position);
-        if (status != OK) {
-            return status;
-        }
-        out->X = position.X;
-        out->Y = position.Y;
-        return LIB_CalWay_H_Circle_AZ(&element, l, &out->Azimuth);
+        return point_then_azimuth(element, l, LIB_CalWay_H_Circle_On, LIB_CalWay_H_Circle_AZ, out);
     } else if (element.Type == TRANSITION && element.Spiral == ENTRY) {
-        status = LIB_CalWay_H_Curve_On(&element, l, &position);
-        if (status != OK) {
-            return status;
-        }
-        out->X = position.X;
-        out->Y = position.Y;
-        return LIB_CalWay_H_Curve_AZ(&element, l, &out->Azimuth);
+        return point_then_azimuth(element, l, LIB_CalWay_H_Curve_On, LIB_CalWay_H_Curve_AZ, out);
     } else if (element.Type == TRANSITION && element.Spiral == EXIT) {
         // An exit curve is evaluated backward from its far end, where the
         // curvature is zero: the next record holds that end and the forward
@@ -134,21 +103,95 @@ ResultCode evaluate(const HElement* table, unsigned int i, double K, TangentPoin
         HElement backward = element;
         backward.X = next.X;
         backward.Y = next.Y;
-        double azimuth = next.Azimuth + HALF_CIRCLE;
-        if (azimuth > FULL_CIRCLE) {
-            azimuth = azimuth - FULL_CIRCLE;
-        }
-        backward.Azimuth = azimuth;
-        const double back = next.Chainage - K;
-        status = LIB_CalWay_H_Curve_On(&backward, back, &position);
-        if (status != OK) {
-            return status;
-        }
-        out->X = position.X;
-        out->Y = position.Y;
-        return LIB_CalWay_H_Curve_AZ(&backward, back, &out->Azimuth);
+        backward.Azimuth = take_turn_if_above<ArcSeconds>(next.Azimuth + HALF_CIRCLE);
+        return point_then_azimuth(backward, next.Chainage - K, LIB_CalWay_H_Curve_On,
+                                  LIB_CalWay_H_Curve_AZ, out);
     }
     return OK;
+}
+
+// The chainages to stake out must lie in range, the interval from 0 to the
+// range limit, and their count within an element table's; piles need a
+// start chainage to count from.
+bool pile_request_valid(const double* chainages, unsigned int given, double interval)
+{
+    for (unsigned int j = 0; j < given; ++j) {
+        if (!in_range(chainages[j])) {
+            return false;
+        }
+    }
+    if (!(interval >= 0.0 && interval <= RANGE_LIMIT) || given > ROAD_TABLE_CAPACITY) {
+        return false;
+    }
+    return !(given == 0 && interval > 0.0);
+}
+
+// One more pile, when the list has room for it.
+bool append_pile(double* piles, unsigned int* count, double chainage)
+{
+    if (*count >= ROAD_LIST_CAPACITY) {
+        return false;
+    }
+    piles[*count] = chainage;
+    *count = *count + 1;
+    return true;
+}
+
+// Piles every interval D after the given chainages: mode 0 starts at the
+// first multiple of D from the first chainage on, mode 1 one interval after
+// it, any other mode at 0. The last chainage is already in the list: the
+// piles stop before reaching it. TABLE when the list runs full.
+ResultCode add_piles(const double* chainages, unsigned int given, double D, unsigned char mode,
+                     double* piles, unsigned int* count)
+{
+    double p = 0.0;
+    if (mode == 0) {
+        p = std::ceil(chainages[0] / D) * D;
+    } else if (mode == 1) {
+        p = chainages[0] + D;
+    }
+    const double E = chainages[given - 1];
+    if (p < E && !append_pile(piles, count, p)) {
+        return TABLE;
+    }
+    while (piles[*count - 1] + D < E) {
+        if (!append_pile(piles, count, piles[*count - 1] + D)) {
+            return TABLE;
+        }
+    }
+    return OK;
+}
+
+// Exchange sort, ascending.
+void sort_piles(double* piles, unsigned int count)
+{
+    for (unsigned int i = 0; i < count; ++i) {
+        for (unsigned int j = i + 1; j < count; ++j) {
+            if (piles[j] < piles[i]) {
+                const double swap = piles[i];
+                piles[i] = piles[j];
+                piles[j] = swap;
+            }
+        }
+    }
+}
+
+// A pile within the tolerance of the one before it is removed and the list
+// closed up, its last slot set to -1. One forward pass: after a removal the
+// entry moved up is not compared with the same predecessor again, so of
+// three close entries in a row the first and the third stay.
+unsigned int remove_close_piles(double* piles, unsigned int count)
+{
+    for (unsigned int i = 0; i + 1 < count; ++i) {
+        if (piles[i + 1] - piles[i] <= CHAINAGE_TOLERANCE) {
+            for (unsigned int j = i + 1; j + 1 < count; ++j) {
+                piles[j] = piles[j + 1];
+            }
+            piles[count - 1] = -1.0;
+            count = count - 1;
+        }
+    }
+    return count;
 }
 
 void copy_station(const HElement& record, TangentPoint* out)
@@ -163,7 +206,7 @@ void copy_station(const HElement& record, TangentPoint* out)
 ResultCode LIB_CalWay_H_Ele_MainPoint(const HElement* elements, unsigned char n, HElement* table)
 {
     const unsigned int records = n;
-    if (records > TABLE_RECORDS || records < 2) {
+    if (records > ROAD_TABLE_CAPACITY || records < 2) {
         return TABLE;
     }
     if (!start_valid(elements[0])) {
@@ -227,77 +270,23 @@ ResultCode LIB_CalWay_Pile(const double* chainages, unsigned char m, double inte
                            uint32_t* pile_count, unsigned char mode)
 {
     const unsigned int given = m;
-    for (unsigned int j = 0; j < given; ++j) {
-        if (!in_range(chainages[j])) {
-            return DOMAIN;
-        }
-    }
-    const double D = interval;
-    if (!(D >= 0.0 && D <= RANGE_LIMIT) || given > TABLE_RECORDS) {
-        return DOMAIN;
-    }
-    // Piles need a start chainage to count from.
-    if (given == 0 && D > 0.0) {
+    if (!pile_request_valid(chainages, given, interval)) {
         return DOMAIN;
     }
     for (unsigned int j = 0; j < given; ++j) {
         piles[j] = chainages[j];
     }
-    if (D == 0.0) {
-        *pile_count = given;
+    unsigned int count = given;
+    if (interval == 0.0) {
+        *pile_count = count;
         return OK;
     }
-
-    double p = 0.0;
-    if (mode == 0) {
-        p = std::ceil(chainages[0] / D) * D;
-    } else if (mode == 1) {
-        p = chainages[0] + D;
+    // A full list is delivered as it stands, unsorted.
+    if (add_piles(chainages, given, interval, mode, piles, &count) != OK) {
+        *pile_count = count;
+        return TABLE;
     }
-    const double E = chainages[given - 1];
-    unsigned int count = given;
-    if (p < E) {
-        if (given < MAX_PILES) {
-            piles[count] = p;
-            count = count + 1;
-        } else {
-            *pile_count = given;
-            return TABLE;
-        }
-    }
-    // The end chainage is already in the list: stop before reaching it.
-    while (piles[count - 1] + D < E) {
-        if (count >= MAX_PILES) {
-            *pile_count = count;
-            return TABLE;
-        }
-        piles[count] = piles[count - 1] + D;
-        count = count + 1;
-    }
-
-    for (unsigned int i = 0; i < count; ++i) {
-        for (unsigned int j = i + 1; j < count; ++j) {
-            if (piles[j] < piles[i]) {
-                const double swap = piles[i];
-                piles[i] = piles[j];
-                piles[j] = swap;
-            }
-        }
-    }
-
-    // One forward pass: after a removal the entry moved up is not compared
-    // with the same predecessor again, so of three close entries in a row the
-    // first and the third stay.
-    for (unsigned int i = 0; i + 1 < count; ++i) {
-        if (piles[i + 1] - piles[i] <= CHAINAGE_TOLERANCE) {
-            for (unsigned int j = i + 1; j + 1 < count; ++j) {
-                piles[j] = piles[j + 1];
-            }
-            piles[count - 1] = -1.0;
-            count = count - 1;
-        }
-    }
-
-    *pile_count = count;
+    sort_piles(piles, count);
+    *pile_count = remove_close_piles(piles, count);
     return OK;
 }

@@ -2,7 +2,7 @@
 // and the curve lengths at one point, and the element table of a whole
 // polygon (straight, entry transition, arc, exit transition at every inner
 // point).
-#include "road_h.hpp"
+#include "horizontal.hpp"
 
 using namespace quillon;
 using namespace quillon::road;
@@ -24,7 +24,7 @@ bool in_length_range(double length) { return 0.0 <= length && length <= RANGE_LI
 
 bool in_positive_range(double length) { return length > 0.0 && length <= RANGE_LIMIT; }
 
-unsigned char turn_of(double turn_angle)
+TurnDirection turn_of(double turn_angle)
 {
     // A zero turn never gets here: its lengths divide by zero and fail.
     return turn_angle > 0.0 ? TURN_RIGHT : TURN_LEFT;
@@ -56,8 +56,11 @@ bool polygon_valid(const CrossPoint* polygon, unsigned int m, bool check_radius)
 }
 
 // Where the walk along the polygon stands: the running point Q, the azimuth
-// there, its chainage and the number of records emitted so far.
+// there, its chainage and the number of records emitted so far into the
+// caller's table.
 struct Walk {
+    HElement* table;
+    uint32_t* record_count;
     PlanePoint position;
     double azimuth;
     double chainage;
@@ -65,19 +68,23 @@ struct Walk {
 };
 
 // The table is full: the last element so far becomes the end mark.
-ResultCode table_full(HElement* table, const Walk& walk, uint32_t* record_count)
+ResultCode stop_full(Walk& walk)
 {
-    *record_count = walk.k;
-    table[walk.k - 1].Type = END_RECORD;
+    *walk.record_count = walk.k;
+    walk.table[walk.k - 1].Type = END_RECORD;
     return TABLE;
 }
 
 // Writes the start fields of a new element at the walk's position; the other
 // fields of the record stay as the caller's buffer had them unless the
-// element sets them.
-HElement& emit(HElement* table, Walk& walk, unsigned char type, double length)
+// element sets them. No element when the table is full (see stop_full).
+HElement* emit(Walk& walk, ElementType type, double length)
 {
-    HElement& element = table[walk.k];
+    if (walk.k >= ROAD_TABLE_CAPACITY) {
+        stop_full(walk);
+        return nullptr;
+    }
+    HElement& element = walk.table[walk.k];
     element.Type = type;
     element.X = walk.position.X;
     element.Y = walk.position.Y;
@@ -85,15 +92,16 @@ HElement& emit(HElement* table, Walk& walk, unsigned char type, double length)
     element.Length = length;
     element.Chainage = walk.chainage;
     walk.k = walk.k + 1;
-    return element;
+    return &element;
 }
 
-HElement& emit_curve(HElement* table, Walk& walk, unsigned char type, double length, double radius,
-                     unsigned char turn)
+HElement* emit_curve(Walk& walk, ElementType type, double length, double radius, TurnDirection turn)
 {
-    HElement& element = emit(table, walk, type, length);
-    element.Radius = radius;
-    element.Turn = turn;
+    HElement* element = emit(walk, type, length);
+    if (element != nullptr) {
+        element->Radius = radius;
+        element->Turn = turn;
+    }
     return element;
 }
 
@@ -103,197 +111,218 @@ ResultCode advance(Walk& walk, double length)
     return in_range(walk.chainage) ? OK : RANGE;
 }
 
-using AzimuthAt = ResultCode (*)(const HElement*, double, double*);
-using PointAt = ResultCode (*)(const HElement*, double, PlanePoint*);
-
 // An element just emitted is followed to its end: the forward azimuth there
 // first, then the end point, both carried on by the walk.
 ResultCode follow(const HElement& element, AzimuthAt azimuth_at, PointAt point_at, Walk& walk)
 {
-    ResultCode status = azimuth_at(&element, element.Length, &walk.azimuth);
-    if (status != OK) {
-        return status;
-    }
-    status = point_at(&element, element.Length, &walk.position);
+    const ResultCode status = azimuth_then_point(element, element.Length, azimuth_at, point_at,
+                                                 &walk.azimuth, &walk.position);
     if (status != OK) {
         return status;
     }
     return advance(walk, element.Length);
 }
 
-// Walk of the polygon shared by both builders, once the polygon is valid.
-ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* table,
-                              uint32_t* record_count)
+// The plan distance from the walk's position to an intersection point, with
+// the status of LIB_Cal2PointDist passed on.
+ResultCode distance_to(const Walk& walk, const CrossPoint& point, double* d)
 {
-    Walk walk{{polygon[0].X, polygon[0].Y}, 0.0, 0.0, 0};
-    ResultCode status = OK;
-
-    if (m < 3) {
-        // A single straight: its direction is the join of the two points.
-        const SurveyPoint first = plan_point(polygon[0]);
-        const SurveyPoint last = plan_point(polygon[m - 1]);
-        status = LIB_CalAZ(&first, &last, &walk.azimuth);
-        if (status != OK) {
-            return status;
-        }
-    }
-
-    for (unsigned int i = 1; i + 1 < m; ++i) {
-        CrossPoint& point = polygon[i];
-        const SurveyPoint Q = plan_point(walk.position.X, walk.position.Y);
-        const SurveyPoint P = plan_point(point);
-
-        double d = 0.0;
-        status = LIB_Cal2PointDist(&Q, &P, &d, 0);
-        if (status != OK) {
-            return status;
-        }
-
-        if (i == 1) {
-            // The start chainage is fixed by the first intersection point.
-            walk.chainage = point.Chainage - d;
-            if (!in_range(walk.chainage)) {
-                return RANGE;
-            }
-            status = LIB_CalAZ(&Q, &P, &walk.azimuth);
-            if (status != OK) {
-                return status;
-            }
-        }
-        // Later straights leave in the exit azimuth of the curve before.
-        const double straight_azimuth = walk.azimuth;
-
-        const SurveyPoint corner[3] = {Q, P, plan_point(polygon[i + 1])};
-        status = LIB_CalWay_H_Cross_TurnAngle(corner, &point.TurnAngle);
-        if (status != OK) {
-            return status;
-        }
-        CrossLengths lengths;
-        status = LIB_CalWay_H_Cross_Length(&point, &lengths);
-        if (status != OK) {
-            return status;
-        }
-        const unsigned char turn = turn_of(point.TurnAngle);
-
-        // Straight up to the curve; one shorter than the tolerance is left out.
-        const double s = d - lengths.EntryTangent;
-        if (s >= CHAINAGE_TOLERANCE) {
-            if (walk.k > TABLE_RECORDS - 1) {
-                return table_full(table, walk, record_count);
-            }
-            emit(table, walk, LINE, s);
-        }
-
-        // Straight-to-curve point, set back from the intersection point.
-        const double a_rad = sec_to_rad(straight_azimuth);
-        const double ZX = point.X - lengths.EntryTangent * std::cos(a_rad);
-        const double ZY = point.Y - lengths.EntryTangent * std::sin(a_rad);
-        if (!in_range(ZX) || !in_range(ZY)) {
-            return RANGE;
-        }
-        walk.position.X = ZX;
-        walk.position.Y = ZY;
-        status = advance(walk, s);
-        if (status != OK) {
-            return status;
-        }
-
-        if (point.EntryLength >= CHAINAGE_TOLERANCE) {
-            if (walk.k > TABLE_RECORDS - 1) {
-                return table_full(table, walk, record_count);
-            }
-            HElement& entry =
-                emit_curve(table, walk, TRANSITION, point.EntryLength, point.Radius, turn);
-            entry.Spiral = ENTRY;
-            status = follow(entry, LIB_CalWay_H_Curve_AZ, LIB_CalWay_H_Curve_On, walk);
-            if (status != OK) {
-                return status;
-            }
-        }
-
-        if (walk.k > TABLE_RECORDS - 1) {
-            return table_full(table, walk, record_count);
-        }
-        // The arc keeps whatever Spiral byte the buffer held.
-        const HElement& arc = emit_curve(table, walk, ARC, lengths.ArcLength, point.Radius, turn);
-        status = follow(arc, LIB_CalWay_H_Circle_AZ, LIB_CalWay_H_Circle_On, walk);
-        if (status != OK) {
-            return status;
-        }
-
-        if (point.ExitLength >= CHAINAGE_TOLERANCE) {
-            if (walk.k > TABLE_RECORDS - 1) {
-                return table_full(table, walk, record_count);
-            }
-            // Recorded by its start; it is not evaluated here.
-            HElement& exit =
-                emit_curve(table, walk, TRANSITION, point.ExitLength, point.Radius, turn);
-            exit.Spiral = EXIT;
-            status = advance(walk, point.ExitLength);
-            if (status != OK) {
-                return status;
-            }
-        }
-
-        // The curve's end is placed from the intersection point along the
-        // outgoing straight, not by evaluating the exit curve.
-        double b = straight_azimuth + point.TurnAngle;
-        if (b > FULL_CIRCLE) {
-            b = b - FULL_CIRCLE;
-        }
-        if (b < 0.0) {
-            b = b + FULL_CIRCLE;
-        }
-        const double b_rad = sec_to_rad(b);
-        const double HX = point.X + lengths.ExitTangent * std::cos(b_rad);
-        const double HY = point.Y + lengths.ExitTangent * std::sin(b_rad);
-        if (!in_range(HX) || !in_range(HY)) {
-            return RANGE;
-        }
-        walk.position.X = HX;
-        walk.position.Y = HY;
-        walk.azimuth = b;
-    }
-
-    // Final straight to the last point, in the azimuth carried from the
-    // last curve.
-    const CrossPoint& E = polygon[m - 1];
     const SurveyPoint Q = plan_point(walk.position.X, walk.position.Y);
-    const SurveyPoint end_point = plan_point(E);
+    const SurveyPoint P = plan_point(point);
+    return LIB_Cal2PointDist(&Q, &P, d, PLAN_DISTANCE);
+}
+
+// The end record at the last point, with the azimuth and chainage the walk
+// arrived with.
+ResultCode close_table(Walk& walk, const CrossPoint& end)
+{
+    if (walk.k >= ROAD_TABLE_CAPACITY) {
+        return stop_full(walk);
+    }
+    HElement& last = walk.table[walk.k];
+    last.Type = END_RECORD;
+    last.X = end.X;
+    last.Y = end.Y;
+    last.Azimuth = walk.azimuth;
+    last.Chainage = walk.chainage;
+    *walk.record_count = walk.k + 1;
+    return OK;
+}
+
+// The straight from the walk's position up to the curve at an intersection
+// point d away (one shorter than the tolerance is left out), and the walk
+// moved to the straight-to-curve point, set back from the intersection
+// point along the incoming straight.
+ResultCode straight_to_curve(const CrossPoint& point, double d, const CrossLengths& lengths,
+                             Walk& walk)
+{
+    const double s = d - lengths.EntryTangent;
+    if (s >= CHAINAGE_TOLERANCE && emit(walk, LINE, s) == nullptr) {
+        return TABLE;
+    }
+    const double a_rad = sec_to_rad(walk.azimuth);
+    const double ZX = point.X - lengths.EntryTangent * std::cos(a_rad);
+    const double ZY = point.Y - lengths.EntryTangent * std::sin(a_rad);
+    if (!in_range(ZX) || !in_range(ZY)) {
+        return RANGE;
+    }
+    walk.position.X = ZX;
+    walk.position.Y = ZY;
+    return advance(walk, s);
+}
+
+// The curve itself: entry transition (when not shorter than the tolerance),
+// arc and exit transition (likewise), each followed to its end except the
+// exit transition, which is recorded by its start only.
+ResultCode run_curve(const CrossPoint& point, const CrossLengths& lengths, Walk& walk)
+{
+    const TurnDirection turn = turn_of(point.TurnAngle);
+    ResultCode status = OK;
+    if (point.EntryLength >= CHAINAGE_TOLERANCE) {
+        HElement* entry = emit_curve(walk, TRANSITION, point.EntryLength, point.Radius, turn);
+        if (entry == nullptr) {
+            return TABLE;
+        }
+        entry->Spiral = ENTRY;
+        status = follow(*entry, LIB_CalWay_H_Curve_AZ, LIB_CalWay_H_Curve_On, walk);
+        if (status != OK) {
+            return status;
+        }
+    }
+    // The arc keeps whatever Spiral byte the buffer held.
+    const HElement* arc = emit_curve(walk, ARC, lengths.ArcLength, point.Radius, turn);
+    if (arc == nullptr) {
+        return TABLE;
+    }
+    status = follow(*arc, LIB_CalWay_H_Circle_AZ, LIB_CalWay_H_Circle_On, walk);
+    if (status != OK) {
+        return status;
+    }
+    if (point.ExitLength >= CHAINAGE_TOLERANCE) {
+        HElement* exit = emit_curve(walk, TRANSITION, point.ExitLength, point.Radius, turn);
+        if (exit == nullptr) {
+            return TABLE;
+        }
+        exit->Spiral = EXIT;
+        return advance(walk, point.ExitLength);
+    }
+    return OK;
+}
+
+// The curve's end is placed from the intersection point along the outgoing
+// straight, not by evaluating the exit curve; the walk goes on from there in
+// the outgoing azimuth.
+ResultCode curve_end(const CrossPoint& point, const CrossLengths& lengths, double straight_azimuth,
+                     Walk& walk)
+{
+    const double b = fold_once_into_closed_turn<ArcSeconds>(straight_azimuth + point.TurnAngle);
+    const double b_rad = sec_to_rad(b);
+    const double HX = point.X + lengths.ExitTangent * std::cos(b_rad);
+    const double HY = point.Y + lengths.ExitTangent * std::sin(b_rad);
+    if (!in_range(HX) || !in_range(HY)) {
+        return RANGE;
+    }
+    walk.position.X = HX;
+    walk.position.Y = HY;
+    walk.azimuth = b;
+    return OK;
+}
+
+// One inner intersection point: its turn angle and curve lengths, the
+// straight up to it, the curve and the walk carried to the curve's end. The
+// first one also fixes the start chainage and the first azimuth.
+ResultCode round_corner(CrossPoint& point, const CrossPoint& next, bool first, Walk& walk)
+{
     double d = 0.0;
-    status = LIB_Cal2PointDist(&Q, &end_point, &d, 0);
+    ResultCode status = distance_to(walk, point, &d);
+    if (status != OK) {
+        return status;
+    }
+    const SurveyPoint Q = plan_point(walk.position.X, walk.position.Y);
+    const SurveyPoint P = plan_point(point);
+    if (first) {
+        walk.chainage = point.Chainage - d;
+        if (!in_range(walk.chainage)) {
+            return RANGE;
+        }
+        status = LIB_CalAZ(&Q, &P, &walk.azimuth);
+        if (status != OK) {
+            return status;
+        }
+    }
+    // Later straights leave in the exit azimuth of the curve before.
+    const double straight_azimuth = walk.azimuth;
+
+    const SurveyPoint corner[3] = {Q, P, plan_point(next)};
+    status = LIB_CalWay_H_Cross_TurnAngle(corner, &point.TurnAngle);
+    if (status != OK) {
+        return status;
+    }
+    CrossLengths lengths;
+    status = LIB_CalWay_H_Cross_Length(&point, &lengths);
+    if (status != OK) {
+        return status;
+    }
+    status = straight_to_curve(point, d, lengths, walk);
+    if (status != OK) {
+        return status;
+    }
+    status = run_curve(point, lengths, walk);
+    if (status != OK) {
+        return status;
+    }
+    return curve_end(point, lengths, straight_azimuth, walk);
+}
+
+// The last straight, in the azimuth carried from the last curve, and the end
+// record at the last point.
+ResultCode finish_at(const CrossPoint& end, Walk& walk)
+{
+    double d = 0.0;
+    ResultCode status = distance_to(walk, end, &d);
     if (status != OK) {
         return status;
     }
     if (d >= CHAINAGE_TOLERANCE) {
-        if (walk.k >= TABLE_RECORDS) {
-            return table_full(table, walk, record_count);
+        if (emit(walk, LINE, d) == nullptr) {
+            return TABLE;
         }
-        emit(table, walk, LINE, d);
         status = advance(walk, d);
         if (status != OK) {
             return status;
         }
     }
+    return close_table(walk, end);
+}
 
-    if (walk.k >= TABLE_RECORDS) {
-        return table_full(table, walk, record_count);
+// Walk of the polygon shared by both builders, once the polygon is valid.
+ResultCode build_from_polygon(CrossPoint* polygon, unsigned int m, HElement* table,
+                              uint32_t* record_count)
+{
+    Walk walk{table, record_count, {polygon[0].X, polygon[0].Y}, 0.0, 0.0, 0};
+    if (m < 3) {
+        // A single straight: its direction is the join of the two points.
+        const SurveyPoint first = plan_point(polygon[0]);
+        const SurveyPoint last = plan_point(polygon[m - 1]);
+        const ResultCode status = LIB_CalAZ(&first, &last, &walk.azimuth);
+        if (status != OK) {
+            return status;
+        }
     }
-    HElement& last = table[walk.k];
-    last.Type = END_RECORD;
-    last.X = E.X;
-    last.Y = E.Y;
-    last.Azimuth = walk.azimuth;
-    last.Chainage = walk.chainage;
-    *record_count = walk.k + 1;
-    return OK;
+    for (unsigned int i = 1; i + 1 < m; ++i) {
+        const ResultCode status = round_corner(polygon[i], polygon[i + 1], i == 1, walk);
+        if (status != OK) {
+            return status;
+        }
+    }
+    return finish_at(polygon[m - 1], walk);
 }
 
 // Two straights P0 -> P1 -> P2 without a curve, for a first intersection
-// point given without radius.
+// point given without radius: three records, never a full table.
 ResultCode build_two_straights(const CrossPoint* polygon, HElement* table, uint32_t* record_count)
 {
-    Walk walk{{0.0, 0.0}, 0.0, polygon[0].Chainage, 0};
+    Walk walk{table, record_count, {0.0, 0.0}, 0.0, polygon[0].Chainage, 0};
     for (unsigned int j = 0; j < 2; ++j) {
         const SurveyPoint from = plan_point(polygon[j]);
         const SurveyPoint to = plan_point(polygon[j + 1]);
@@ -302,7 +331,7 @@ ResultCode build_two_straights(const CrossPoint* polygon, HElement* table, uint3
             return status;
         }
         double length = 0.0;
-        status = LIB_Cal2PointDist(&from, &to, &length, 0);
+        status = LIB_Cal2PointDist(&from, &to, &length, PLAN_DISTANCE);
         if (status != OK) {
             return status;
         }
@@ -311,20 +340,13 @@ ResultCode build_two_straights(const CrossPoint* polygon, HElement* table, uint3
         }
         walk.position.X = from.X;
         walk.position.Y = from.Y;
-        emit(table, walk, LINE, length);
+        emit(walk, LINE, length);
         walk.chainage = walk.chainage + length;
     }
     if (!in_range(walk.chainage)) {
         return RANGE;
     }
-    HElement& last = table[2];
-    last.Type = END_RECORD;
-    last.X = polygon[2].X;
-    last.Y = polygon[2].Y;
-    last.Azimuth = walk.azimuth;
-    last.Chainage = walk.chainage;
-    *record_count = 3;
-    return OK;
+    return close_table(walk, polygon[2]);
 }
 
 } // namespace
@@ -380,7 +402,7 @@ ResultCode LIB_CalWay_H_Cross_MainPoint(CrossPoint* polygon, unsigned char m, HE
                                         uint32_t* record_count)
 {
     const unsigned int count = m;
-    if (count > MAX_POLYGON_POINTS) {
+    if (count > ROAD_LIST_CAPACITY) {
         return TABLE;
     }
     // Without a single point there is no alignment to build.
@@ -397,7 +419,7 @@ ResultCode LIB_CalWay_H_Cross_MainPoint_Full(CrossPoint* polygon, unsigned char 
                                              uint32_t* record_count)
 {
     const unsigned int count = m;
-    if (count > MAX_POLYGON_POINTS) {
+    if (count > ROAD_LIST_CAPACITY) {
         return TABLE;
     }
     if (count < 2) {

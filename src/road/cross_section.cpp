@@ -1,22 +1,13 @@
 // The road's cross-section: widths and cross slopes looked up along the
 // chainage, the edge point in plan and the edge elevation.
-#include "road_v.hpp"
-
-#include <cmath>
+#include "../core/core.hpp"
 
 using namespace quillon;
-using namespace quillon::road;
 
 namespace {
 
-// A cross-section table holds at most 80 records.
-constexpr unsigned int MAX_SECTIONS = 80;
-
-// Perpendicular azimuths are accepted up to two full circles.
-constexpr double AZ_LIMIT = 2592000.0;
-
-constexpr unsigned char SIDE_LEFT = 0;
-constexpr unsigned char SIDE_RIGHT = 1;
+// Sides of the road, seen in the direction of the chainage.
+enum Side : unsigned char { SIDE_LEFT = 0, SIDE_RIGHT = 1 };
 
 // Looks chainage K up in a table whose Left and Right values lie within
 // [low, high], interpolating linearly between records in mode 0.
@@ -24,7 +15,7 @@ ResultCode look_up(const SectionRecord* table, unsigned char count, double K, Se
                    unsigned char mode, double low, double high)
 {
     const unsigned int n = count;
-    if (n > MAX_SECTIONS) {
+    if (n > ROAD_LIST_CAPACITY) {
         return TABLE;
     }
     // An empty table has no first record to read.
@@ -51,10 +42,8 @@ ResultCode look_up(const SectionRecord* table, unsigned char count, double K, Se
         out->Right = last.Right;
         return OK;
     }
-    if (n == 1) {
-        return OK;
-    }
-    // Any mode but 0 looks nothing up between the table's chainages.
+    // Any mode but 0 looks nothing up between the table's chainages; a
+    // single record has nothing between.
     for (unsigned int i = 0; i + 1 < n; ++i) {
         const SectionRecord& a = table[i];
         const SectionRecord& b = table[i + 1];
@@ -95,16 +84,10 @@ ResultCode LIB_CalWay_H_Side(const TangentPoint* centre, const SectionRecord* wi
         double p = 0.0;
         double w = 0.0;
         if (side == SIDE_LEFT) {
-            p = centre->Azimuth - QUARTER_CIRCLE;
-            if (p < 0.0) {
-                p = p + FULL_CIRCLE;
-            }
+            p = add_turn_if_negative<ArcSeconds>(centre->Azimuth - QUARTER_CIRCLE);
             w = widths->Left;
         } else {
-            p = centre->Azimuth + QUARTER_CIRCLE;
-            if (p > FULL_CIRCLE) {
-                p = p - FULL_CIRCLE;
-            }
+            p = take_turn_if_above<ArcSeconds>(centre->Azimuth + QUARTER_CIRCLE);
             w = widths->Right;
         }
         out->Azimuth = p;
@@ -113,7 +96,7 @@ ResultCode LIB_CalWay_H_Side(const TangentPoint* centre, const SectionRecord* wi
     }
     // Any other side writes nothing; what the output holds is checked all the
     // same. The azimuth bound is two full circles, inclusive.
-    if (!within(out->Azimuth, 0.0, AZ_LIMIT)) {
+    if (!within(out->Azimuth, 0.0, ROAD_AZIMUTH_LIMIT)) {
         return RANGE;
     }
     if (!in_range(out->X) || !in_range(out->Y)) {

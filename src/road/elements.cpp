@@ -1,6 +1,6 @@
 // The horizontal elements one at a time: straights, circular arcs and
 // clothoid transition curves evaluated at a distance along them.
-#include "road_h.hpp"
+#include "horizontal.hpp"
 
 using namespace quillon;
 using namespace quillon::road;
@@ -107,9 +107,9 @@ ResultCode LIB_CalWay_H_Circle_AZ(const HElement* element, double l, double* azi
     const double g = l / element->Radius;
     double a = 0.0;
     if (element->Turn == TURN_RIGHT) {
-        a = fold_above_full_turn(a0 + g);
+        a = take_turn_if_above<RadiansShortPi>(a0 + g);
     } else if (element->Turn == TURN_LEFT) {
-        a = fold_below_zero(a0 - g);
+        a = add_turn_if_negative<RadiansShortPi>(a0 - g);
     }
     return deliver_azimuth(a, azimuth);
 }
@@ -122,24 +122,19 @@ ResultCode LIB_CalWay_H_Curve_AZ(const HElement* element, double l, double* azim
     double a = 0.0;
     if (element->Spiral == ENTRY) {
         if (element->Turn == TURN_RIGHT) {
-            a = fold_above_full_turn(a0 + g);
+            a = take_turn_if_above<RadiansShortPi>(a0 + g);
         } else if (element->Turn == TURN_LEFT) {
-            a = fold_below_zero(a0 - g);
+            a = add_turn_if_negative<RadiansShortPi>(a0 - g);
         }
     } else if (element->Spiral == EXIT) {
         // a0 is the backward azimuth at the far end; the half turn makes the
         // result the forward azimuth.
         if (element->Turn == TURN_RIGHT) {
-            a = a0 - g + HALF_TURN_RAD;
-            if (a < 0.0) {
-                a = a + FULL_TURN_RAD;
-            } else if (a > FULL_TURN_RAD) {
-                a = a - FULL_TURN_RAD;
-            }
+            a = fold_once_into_closed_turn<RadiansShortPi>(a0 - g + HALF_TURN_RAD_SHORT_PI);
         } else if (element->Turn == TURN_LEFT) {
             // Only the fold from above: a negative sum stays negative and is
             // refused below.
-            a = fold_above_full_turn(a0 + g + HALF_TURN_RAD);
+            a = take_turn_if_above<RadiansShortPi>(a0 + g + HALF_TURN_RAD_SHORT_PI);
         }
     }
     return deliver_azimuth(a, azimuth);
@@ -167,11 +162,11 @@ ResultCode LIB_CalWay_H_Curve_End(const HElement* element, TangentPoint* out)
     }
     double e = 0.0;
     if (element->Turn == TURN_RIGHT) {
-        e = fold_above_full_turn(a0 + g);
+        e = take_turn_if_above<RadiansShortPi>(a0 + g);
     } else {
-        e = fold_below_zero(a0 - g);
+        e = add_turn_if_negative<RadiansShortPi>(a0 - g);
     }
-    const double b = fold_above_full_turn(e + HALF_TURN_RAD);
+    const double b = take_turn_if_above<RadiansShortPi>(e + HALF_TURN_RAD_SHORT_PI);
     double t = 0.0;
     if (element->Turn == TURN_RIGHT) {
         t = b - d;

@@ -1,15 +1,29 @@
 // The road's profile: vertical tables built from elements or from grade
 // intersections, one element evaluated at a chainage, and the design
 // elevation at any chainage of a table.
-#include "road_v.hpp"
+#include "../core/core.hpp"
 
-#include <cmath>
 #include <cstring>
 
 using namespace quillon;
-using namespace quillon::road;
 
 namespace {
+
+// Codes of the vertical element records: kinds (VElement::Type; at an inner
+// grade intersection Type 0 is a plain change of grade) and which of Radius
+// and Length the designer gave (VElement::Given).
+enum VerticalType : unsigned char { V_END = 0, V_LINE = 1, V_PARABOLA = 2, V_CIRCLE = 3 };
+constexpr VerticalType V_GRADE_CHANGE = V_END;
+enum GivenMeasure : unsigned char { GIVEN_RADIUS = 0, GIVEN_LENGTH = 1 };
+
+// A grade (or a cross slope) lies from -1 to 1 inclusive.
+bool grade_ok(double grade) { return within(grade, -1.0, 1.0); }
+
+// A computed radius or length lies from 0 to the range limit inclusive.
+bool length_ok(double length) { return within(length, 0.0, RANGE_LIMIT); }
+
+// A given radius or length must be strictly positive and at most the limit.
+bool given_ok(double value) { return value > 0.0 && value <= RANGE_LIMIT; }
 
 // Radius from a given length or length from a given radius, for a change of
 // grade (or of grade angle) w; written into the record before it is tested.
@@ -99,16 +113,11 @@ struct ProfileWalk {
     double grade;
 };
 
-// A vertical table holds at most 81 records: 80 elements and the end
-// record. The intersection-point list holds at most 80 points.
-constexpr unsigned int MAX_TABLE_RECORDS = 81;
-constexpr unsigned int MAX_POINTS = 80;
-
 // True when the next record would not fit: the walk stops with the records
 // emitted so far, the last of them turned into the end record.
 bool table_full(ProfileWalk& walk, unsigned char* table_count)
 {
-    if (walk.k >= MAX_TABLE_RECORDS) {
+    if (walk.k >= ROAD_TABLE_CAPACITY) {
         *table_count = static_cast<unsigned char>(walk.k);
         walk.table[walk.k - 1].Type = V_END;
         return true;
@@ -116,21 +125,33 @@ bool table_full(ProfileWalk& walk, unsigned char* table_count)
     return false;
 }
 
+// The next record of the table with its type, chainage and elevation
+// written; none when the table is full (see table_full).
+VElement* begin_record(ProfileWalk& walk, VerticalType type, double chainage, double elevation,
+                       unsigned char* table_count)
+{
+    if (table_full(walk, table_count)) {
+        return nullptr;
+    }
+    VElement& record = walk.table[walk.k];
+    record.Type = type;
+    record.Chainage = chainage;
+    record.Elevation = elevation;
+    return &record;
+}
+
 // Emits a grade line from the current point to the given end chainage.
 ResultCode emit_line(ProfileWalk& walk, double end_chainage, unsigned char* table_count)
 {
-    if (table_full(walk, table_count)) {
+    VElement* line = begin_record(walk, V_LINE, walk.chainage, walk.elevation, table_count);
+    if (line == nullptr) {
         return TABLE;
     }
-    VElement& line = walk.table[walk.k];
-    line.Type = V_LINE;
-    line.Chainage = walk.chainage;
-    line.Elevation = walk.elevation;
-    line.Length = end_chainage - walk.chainage;
-    if (!length_ok(line.Length)) {
+    line->Length = end_chainage - walk.chainage;
+    if (!length_ok(line->Length)) {
         return RANGE;
     }
-    line.GradeIn = walk.grade;
+    line->GradeIn = walk.grade;
     walk.k = walk.k + 1;
     return OK;
 }
@@ -205,13 +226,110 @@ bool point_ok(const VElement& point, bool inner)
     return true;
 }
 
+// A plain change of grade: the line ends at the point's Chainage field,
+// while the walk goes on from its vertex.
+ResultCode pass_grade_change(ProfileWalk& walk, const VElement& p, unsigned char* table_count)
+{
+    const ResultCode status = emit_line_if_needed(walk, p.Chainage, table_count);
+    if (status != OK) {
+        return status;
+    }
+    walk.chainage = p.VertexChainage;
+    walk.elevation = p.VertexElevation;
+    return OK;
+}
+
+// A circular curve: its start a tangent length before the vertex along the
+// incoming grade angle, its end a whole curve length after the start.
+ResultCode pass_circle(ProfileWalk& walk, VElement& p, double grade_out, unsigned char* table_count)
+{
+    const double w = std::fabs(std::atan(walk.grade) - std::atan(grade_out));
+    ResultCode status = complete_curve(p, w);
+    if (status != OK) {
+        return status;
+    }
+    const double T = std::tan(w * 0.5) * p.Radius;
+    p.Chainage = p.VertexChainage - T;
+    p.Elevation = p.VertexElevation - std::sin(std::atan(walk.grade)) * T;
+    status = emit_curve_from_start(walk, p, grade_out, table_count);
+    if (status != OK) {
+        return status;
+    }
+    // The end takes the sine of the grade itself, not of its angle as the
+    // start does.
+    walk.chainage = p.Chainage + p.Length;
+    walk.elevation = p.VertexElevation + std::sin(grade_out) * T;
+    return in_range(walk.chainage) && in_range(walk.elevation) ? OK : RANGE;
+}
+
+// A parabola: start and end half its length before and after the vertex.
+ResultCode pass_parabola(ProfileWalk& walk, VElement& p, double grade_out,
+                         unsigned char* table_count)
+{
+    const double d = std::fabs(walk.grade - grade_out);
+    ResultCode status = complete_curve(p, d);
+    if (status != OK) {
+        return status;
+    }
+    p.Chainage = p.VertexChainage - p.Length * 0.5;
+    p.Elevation = p.VertexElevation - p.Length * walk.grade * 0.5;
+    status = emit_curve_from_start(walk, p, grade_out, table_count);
+    if (status != OK) {
+        return status;
+    }
+    walk.chainage = p.VertexChainage + p.Length * 0.5;
+    walk.elevation = p.VertexElevation + p.Length * grade_out * 0.5;
+    return in_range(walk.chainage) && in_range(walk.elevation) ? OK : RANGE;
+}
+
+// An inner grade intersection passed: the outgoing grade, the line up to
+// what lies at the point and the walk carried beyond it.
+ResultCode pass_point(ProfileWalk& walk, VElement& p, const VElement& next,
+                      unsigned char* table_count)
+{
+    const double grade_out = grade_between(p, next);
+    if (!grade_ok(grade_out)) {
+        return RANGE;
+    }
+    ResultCode status = OK;
+    if (p.Type == V_GRADE_CHANGE) {
+        status = pass_grade_change(walk, p, table_count);
+    } else if (p.Type == V_CIRCLE) {
+        status = pass_circle(walk, p, grade_out, table_count);
+    } else {
+        status = pass_parabola(walk, p, grade_out, table_count);
+    }
+    if (status != OK) {
+        return status;
+    }
+    walk.grade = grade_out;
+    return OK;
+}
+
+// The last line up to the last point and the end record there.
+ResultCode end_profile(ProfileWalk& walk, const VElement& last, unsigned char* table_count)
+{
+    const ResultCode status = emit_line_if_needed(walk, last.VertexChainage, table_count);
+    if (status != OK) {
+        return status;
+    }
+    VElement* end =
+        begin_record(walk, V_END, last.VertexChainage, last.VertexElevation, table_count);
+    if (end == nullptr) {
+        return TABLE;
+    }
+    end->GradeIn = walk.grade;
+    *table_count = static_cast<unsigned char>(walk.k + 1);
+    return OK;
+}
+
 } // namespace
 
 ResultCode LIB_CalWay_V_Ele_MainPoint(const VElement* elements, unsigned char count,
                                       VElement* table)
 {
     const unsigned int n = count;
-    if (n > MAX_TABLE_RECORDS || n < 2) {
+    if (n > ROAD_TABLE_CAPACITY || n < 2) {
         return TABLE;
     }
     const VElement& first = elements[0];
@@ -341,9 +459,7 @@ ResultCode LIB_CalWay_V_On(const VElement* table, unsigned char count, double ch
         *elevation = table[n - 1].Elevation;
         return OK;
     }
-    if (n == 1) {
-        return OK;
-    }
+    // Between the records; a single record has nothing between.
     for (unsigned int i = 0; i + 1 < n; ++i) {
         const VElement& start = table[i];
         const VElement& end = table[i + 1];
@@ -372,7 +488,7 @@ ResultCode LIB_CalWay_V_Cross_MainPoint(VElement* points, unsigned char count, V
 {
     const unsigned int n = count;
     // Fewer than two points give no grade at all.
-    if (n > MAX_POINTS || n < 2) {
+    if (n > ROAD_LIST_CAPACITY || n < 2) {
         return TABLE;
     }
     for (unsigned int i = 0; i < n; ++i) {
@@ -388,75 +504,10 @@ ResultCode LIB_CalWay_V_Cross_MainPoint(VElement* points, unsigned char count, V
         return RANGE;
     }
     for (unsigned int i = 1; i + 1 < n; ++i) {
-        VElement& p = points[i];
-        const double grade_out = grade_between(p, points[i + 1]);
-        if (!grade_ok(grade_out)) {
-            return RANGE;
+        const ResultCode status = pass_point(walk, points[i], points[i + 1], table_count);
+        if (status != OK) {
+            return status;
         }
-        ResultCode status = OK;
-        if (p.Type == V_GRADE_CHANGE) {
-            // A plain change of grade: the line ends at the point's Chainage
-            // field, while the walk goes on from its vertex.
-            status = emit_line_if_needed(walk, p.Chainage, table_count);
-            if (status != OK) {
-                return status;
-            }
-            walk.chainage = p.VertexChainage;
-            walk.elevation = p.VertexElevation;
-        } else if (p.Type == V_CIRCLE) {
-            const double w = std::fabs(std::atan(walk.grade) - std::atan(grade_out));
-            status = complete_curve(p, w);
-            if (status != OK) {
-                return status;
-            }
-            const double T = std::tan(w * 0.5) * p.Radius;
-            p.Chainage = p.VertexChainage - T;
-            p.Elevation = p.VertexElevation - std::sin(std::atan(walk.grade)) * T;
-            status = emit_curve_from_start(walk, p, grade_out, table_count);
-            if (status != OK) {
-                return status;
-            }
-            // The end takes the sine of the grade itself, not of its angle as
-            // the start does.
-            walk.chainage = p.Chainage + p.Length;
-            walk.elevation = p.VertexElevation + std::sin(grade_out) * T;
-            if (!in_range(walk.chainage) || !in_range(walk.elevation)) {
-                return RANGE;
-            }
-        } else {
-            const double d = std::fabs(walk.grade - grade_out);
-            status = complete_curve(p, d);
-            if (status != OK) {
-                return status;
-            }
-            p.Chainage = p.VertexChainage - p.Length * 0.5;
-            p.Elevation = p.VertexElevation - p.Length * walk.grade * 0.5;
-            status = emit_curve_from_start(walk, p, grade_out, table_count);
-            if (status != OK) {
-                return status;
-            }
-            walk.chainage = p.VertexChainage + p.Length * 0.5;
-            walk.elevation = p.VertexElevation + p.Length * grade_out * 0.5;
-            if (!in_range(walk.chainage) || !in_range(walk.elevation)) {
-                return RANGE;
-            }
-        }
-        walk.grade = grade_out;
     }
-
-    const VElement& last = points[n - 1];
-    const ResultCode status = emit_line_if_needed(walk, last.VertexChainage, table_count);
-    if (status != OK) {
-        return status;
-    }
-    if (table_full(walk, table_count)) {
-        return TABLE;
-    }
-    VElement& end = table[walk.k];
-    end.Type = V_END;
-    end.Chainage = last.VertexChainage;
-    end.Elevation = last.VertexElevation;
-    end.GradeIn = walk.grade;
-    *table_count = static_cast<unsigned char>(walk.k + 1);
-    return OK;
+    return end_profile(walk, points[n - 1], table_count);
 }

@@ -1,15 +1,11 @@
 // A point on an arc by a sight without a distance: the circle from three
 // points on it, or from a chord and a signed radius, then the first crossing
 // of the line of sight with that circle in plan.
-#include "../core/core.hpp"
+#include "sight.hpp"
 
 using namespace quillon;
 
 namespace {
-
-// A full turn in radians with the true pi: the turn along the arc comes from
-// atan2, not from arc-seconds.
-constexpr double FULL_TURN_RAD = 6.283185307179586;
 
 struct Circle {
     double centre_x;
@@ -22,9 +18,7 @@ struct Circle {
 ResultCode circle_through(const SurveyPoint& P1, const SurveyPoint& P2, const SurveyPoint& P3,
                           Circle* circle)
 {
-    double azimuth = 0.0;
-    if (LIB_CalAZ(&P1, &P2, &azimuth) != OK || LIB_CalAZ(&P2, &P3, &azimuth) != OK ||
-        LIB_CalAZ(&P1, &P3, &azimuth) != OK) {
+    if (coincide_in_plan(P1, P2) || coincide_in_plan(P2, P3) || coincide_in_plan(P1, P3)) {
         return COINCIDENT;
     }
     const double bx = P2.X - P1.X;
@@ -43,11 +37,9 @@ ResultCode circle_through(const SurveyPoint& P1, const SurveyPoint& P2, const Su
     const double ux = (cy * b2 - by * c2) / d;
     const double uy = (bx * c2 - cx * b2) / d;
     const SurveyPoint centre = {P1.X + ux, P1.Y + uy, 0.0};
-    double radius = 0.0;
-    LIB_Cal2PointDist(&centre, &P1, &radius, 0);
     circle->centre_x = centre.X;
     circle->centre_y = centre.Y;
-    circle->radius = radius;
+    circle->radius = plan_distance(centre, P1);
     circle->clockwise = cross > 0.0;
     return OK;
 }
@@ -58,12 +50,10 @@ ResultCode circle_through(const SurveyPoint& P1, const SurveyPoint& P2, const Su
 ResultCode circle_from_chord(const SurveyPoint& P1, const SurveyPoint& P2, double radius,
                              Circle* circle)
 {
-    double azimuth = 0.0;
-    if (LIB_CalAZ(&P1, &P2, &azimuth) != OK) {
+    if (coincide_in_plan(P1, P2)) {
         return COINCIDENT;
     }
-    double chord = 0.0;
-    LIB_Cal2PointDist(&P1, &P2, &chord, 0);
+    const double chord = plan_distance(P1, P2);
     if (chord == 0.0) {
         return COINCIDENT;
     }
@@ -90,40 +80,18 @@ ResultCode circle_from_chord(const SurveyPoint& P1, const SurveyPoint& P2, doubl
     return OK;
 }
 
-} // namespace
-
-ResultCode LIB_ArcCalc(const StationRecord* station, const ArcDefinition* arc, ArcResult* out,
-                       unsigned char mode)
+// The first crossing of the sight with the circle in plan, in front of the
+// instrument: its distance t along the sight. BEHIND when the sight misses
+// the circle or meets it only behind or at the instrument.
+//
+// |S + t s - C|^2 = R^2 in plan. The root of larger magnitude comes first
+// without cancellation, the other from the product of the roots.
+ResultCode first_crossing(const StationRecord& station, const SightVector& s, double plan_square,
+                          const Circle& circle, double* t)
 {
-    Circle circle = {0.0, 0.0, 0.0, true};
-    const ResultCode status = mode == 1 ? circle_from_chord(arc->P1, arc->P2, arc->Radius, &circle)
-                                        : circle_through(arc->P1, arc->P2, arc->P3, &circle);
-    if (status != OK) {
-        return status;
-    }
-
-    // Unit vector of the line of sight. On face II the sine of the zenith
-    // angle is negative and turns the plan direction back onto the point.
-    const double hz = sec_to_rad(arc->Sight.Horizontal);
-    const double v = sec_to_rad(arc->Sight.Zenith);
-    const double sx = std::sin(v) * std::cos(hz);
-    const double sy = std::sin(v) * std::sin(hz);
-    const double sz = std::cos(v);
-    // A plumb sight has no direction in plan.
-    const double plan_square = square(sx) + square(sy);
-    if (plan_square == 0.0) {
-        return DOMAIN;
-    }
-    if (!in_range(circle.centre_x) || !in_range(circle.centre_y) || !in_range(circle.radius)) {
-        return RANGE;
-    }
-
-    // |S + t s - C|^2 = R^2 in plan, with t along the sight from the
-    // instrument. The root of larger magnitude comes first without
-    // cancellation, the other from the product of the roots.
-    const double fx = station->X - circle.centre_x;
-    const double fy = station->Y - circle.centre_y;
-    const double half_b = sx * fx + sy * fy;
+    const double fx = station.X - circle.centre_x;
+    const double fy = station.Y - circle.centre_y;
+    const double half_b = s.x * fx + s.y * fy;
     const double c = (square(fx) + square(fy)) - square(circle.radius);
     const double discriminant = square(half_b) - plan_square * c;
     if (!(discriminant >= 0.0)) {
@@ -137,55 +105,71 @@ ResultCode LIB_ArcCalc(const StationRecord* station, const ArcDefinition* arc, A
     const double t2 = c / q;
     const double near_t = std::fmin(t1, t2);
     const double far_t = std::fmax(t1, t2);
-    // The first crossing in front of the instrument; one at the instrument
-    // itself gives no sighted point.
-    double t = 0.0;
     if (near_t > 0.0) {
-        t = near_t;
+        *t = near_t;
     } else if (far_t > 0.0) {
-        t = far_t;
+        *t = far_t;
     } else {
         return BEHIND;
     }
+    return OK;
+}
 
-    const double X = t * sx + station->X;
-    const double Y = t * sy + station->Y;
-    const double H = (t * sz + station->InstrumentHeight) + station->H;
-    if (!in_range(X) || !in_range(Y) || !in_range(H)) {
-        return RANGE;
-    }
-    const SurveyPoint mark = {station->X, station->Y, station->H};
-    const SurveyPoint hit = {X, Y, H};
-    double horizontal_distance = 0.0;
-    LIB_Cal2PointDist(&mark, &hit, &horizontal_distance, 0);
-    const double sight_distance = std::sqrt(square((H - station->H) - station->InstrumentHeight) +
-                                            square(Y - station->Y) + square(X - station->X));
-
-    // Length along the arc from P1 in its sense of travel: the turn between
-    // the radii to P1 and to the point, in true radians from atan2, so that
-    // it runs on smoothly wherever the turn passes north of the centre.
-    const double to_start_x = arc->P1.X - circle.centre_x;
-    const double to_start_y = arc->P1.Y - circle.centre_y;
-    const double to_point_x = X - circle.centre_x;
-    const double to_point_y = Y - circle.centre_y;
+// Length along the arc from P1 in its sense of travel to the point: the turn
+// between the radii to P1 and to the point, in true radians from atan2, so
+// that it runs on smoothly wherever the turn passes north of the centre.
+double arc_length_to(const Circle& circle, const SurveyPoint& P1, const SurveyPoint& point)
+{
+    const double to_start_x = P1.X - circle.centre_x;
+    const double to_start_y = P1.Y - circle.centre_y;
+    const double to_point_x = point.X - circle.centre_x;
+    const double to_point_y = point.Y - circle.centre_y;
     // Positive when the point lies clockwise of P1.
     const double turn = std::atan2(to_start_x * to_point_y - to_start_y * to_point_x,
                                    to_start_x * to_point_x + to_start_y * to_point_y);
-    double sweep = circle.clockwise ? turn : -turn;
-    if (sweep < 0.0) {
-        sweep = sweep + FULL_TURN_RAD;
-    }
+    const double sweep = add_turn_if_negative<RadiansTruePi>(circle.clockwise ? turn : -turn);
     // Adding +0 leaves a turn of -0 as 0.
-    const double arc_length = (sweep + 0.0) * circle.radius;
+    return (sweep + 0.0) * circle.radius;
+}
 
+} // namespace
+
+ResultCode LIB_ArcCalc(const StationRecord* station, const ArcDefinition* arc, ArcResult* out,
+                       unsigned char mode)
+{
+    Circle circle = {0.0, 0.0, 0.0, true};
+    ResultCode status = mode == 1 ? circle_from_chord(arc->P1, arc->P2, arc->Radius, &circle)
+                                  : circle_through(arc->P1, arc->P2, arc->P3, &circle);
+    if (status != OK) {
+        return status;
+    }
+    const SightVector s = sight_vector(arc->Sight);
+    // A plumb sight has no direction in plan.
+    const double plan_square = square(s.x) + square(s.y);
+    if (plan_square == 0.0) {
+        return DOMAIN;
+    }
+    if (!in_range(circle.centre_x) || !in_range(circle.centre_y) || !in_range(circle.radius)) {
+        return RANGE;
+    }
+    double t = 0.0;
+    status = first_crossing(*station, s, plan_square, circle, &t);
+    if (status != OK) {
+        return status;
+    }
+    const SurveyPoint hit = point_along_sight(*station, s, t);
+    if (!in_range(hit)) {
+        return RANGE;
+    }
+    const SurveyPoint mark = {station->X, station->Y, station->H};
     out->CentreX = circle.centre_x;
     out->CentreY = circle.centre_y;
     out->Radius = circle.radius;
-    out->X = X;
-    out->Y = Y;
-    out->H = H;
-    out->HorizontalDistance = horizontal_distance;
-    out->SightDistance = sight_distance;
-    out->ArcLength = arc_length;
+    out->X = hit.X;
+    out->Y = hit.Y;
+    out->H = hit.H;
+    out->HorizontalDistance = plan_distance(mark, hit);
+    out->SightDistance = sight_distance(*station, hit);
+    out->ArcLength = arc_length_to(circle, arc->P1, hit);
     return OK;
 }

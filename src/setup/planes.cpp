@@ -1,24 +1,10 @@
 // A sighting without a distance met by a known plane: a vertical plane through
 // two points, or a slope plane through three.
-#include "../core/core.hpp"
+#include "sight.hpp"
 
 using namespace quillon;
 
 namespace {
-
-// Unit vector of the line of sight: X north, Y east, H up.
-struct SightVector {
-    double x;
-    double y;
-    double z;
-};
-
-SightVector sight_vector(const AngleObservation& sight)
-{
-    const double hz = sec_to_rad(sight.Horizontal);
-    const double v = sec_to_rad(sight.Zenith);
-    return {std::sin(v) * std::cos(hz), std::sin(v) * std::sin(hz), std::cos(v)};
-}
 
 // The intersection must lie in the direction of the reading, reduced to face
 // I, within one second. The difference is not folded at the end of the
@@ -27,24 +13,10 @@ SightVector sight_vector(const AngleObservation& sight)
 bool lies_along_sight(const StationRecord& station, const AngleObservation& sight,
                       const SurveyPoint& point)
 {
-    double reduced = sight.Horizontal;
-    if (faces_differ(station)) {
-        reduced = sight.Horizontal - HALF_CIRCLE;
-        if (reduced < 0.0) {
-            reduced = reduced + FULL_CIRCLE;
-        }
-    }
+    const double reduced = face_i_reading(station, sight.Horizontal);
     const SurveyPoint mark = {station.X, station.Y, station.H};
-    double azimuth = 0.0;
-    LIB_CalAZ(&mark, &point, &azimuth);
-    return std::fabs(azimuth - reduced) <= 1.0;
-}
-
-// Distance from the instrument's centre to the point.
-double sight_distance(const StationRecord& station, const SurveyPoint& point)
-{
-    return std::sqrt(square((point.H - station.H) - station.InstrumentHeight) +
-                     square(point.Y - station.Y) + square(point.X - station.X));
+    const double azimuth = azimuth_or(mark, point, 0.0);
+    return std::fabs(azimuth - reduced) <= SIGHT_DIRECTION_TOLERANCE;
 }
 
 } // namespace
@@ -57,10 +29,8 @@ ResultCode LIB_VPlane(const StationRecord* station, const AngleObservation* sigh
     const SurveyPoint mark = {station->X, station->Y, station->H};
     // A plane point plumb over the station has no direction; its azimuth
     // stays 0.
-    double az1 = 0.0;
-    double az2 = 0.0;
-    LIB_CalAZ(&mark, &P1, &az1);
-    LIB_CalAZ(&mark, &P2, &az2);
+    const double az1 = azimuth_or(mark, P1, 0.0);
+    const double az2 = azimuth_or(mark, P2, 0.0);
     // The plane contains the line of sight through the station.
     if (az1 == az2) {
         return COINCIDENT;
@@ -99,18 +69,15 @@ ResultCode LIB_VPlane(const StationRecord* station, const AngleObservation* sigh
         return BEHIND;
     }
     const double H = t * s.z + station->InstrumentHeight + station->H;
-    if (!in_range(X) || !in_range(Y) || !in_range(H)) {
+    const SurveyPoint hit = {X, Y, H};
+    if (!in_range(hit)) {
         return RANGE;
     }
-    const SurveyPoint hit = {X, Y, H};
-    double along = 0.0;
-    double across = 0.0;
-    LIB_CalLB(planePts, &hit, &along, &across);
     out->X = X;
     out->Y = Y;
     out->H = H;
     out->SightDistance = sight_distance(*station, hit);
-    out->PlaneAlong = along;
+    out->PlaneAlong = line_components(P1, P2, hit).along;
     out->PlaneOffset = H - P1.H;
     return OK;
 }
@@ -141,41 +108,31 @@ ResultCode LIB_SPlane(const StationRecord* station, const AngleObservation* sigh
         -((-(P1.X * nX + P1.Y * nY + P1.H * nH)) + (station->InstrumentHeight + station->H) * nH +
           nY * station->Y + nX * station->X) /
         denom;
-    const double X = t * s.x + station->X;
-    const double Y = t * s.y + station->Y;
-    const double H = (t * s.z + station->InstrumentHeight) + station->H;
-    const SurveyPoint hit = {X, Y, H};
+    const SurveyPoint hit = point_along_sight(*station, s, t);
     if (!lies_along_sight(*station, *sight, hit)) {
         return BEHIND;
     }
     // Only the northing is tested here.
-    if (!in_range(X)) {
+    if (!in_range(hit.X)) {
         return RANGE;
     }
 
     // Position within the plane: the cosine rule in the triangle P1, P2,
     // point gives the foot on P1-P2 and the distance from that line.
-    double a = 0.0;
-    double c = 0.0;
-    double b = 0.0;
-    LIB_Cal2PointDist(&P1, &hit, &a, 1);
-    LIB_Cal2PointDist(&P1, &P2, &c, 1);
-    LIB_Cal2PointDist(&P2, &hit, &b, 1);
+    const double a = spatial_distance(P1, hit);
+    const double c = spatial_distance(P1, P2);
+    const double b = spatial_distance(P2, hit);
     const double cosA = 0.5 * (c / a + a / c) - 0.5 * (b * b) / (a * c);
     const double along = cosA * a;
     double offset = std::sqrt(square(a) - square(along));
-    double az_point = 0.0;
-    double az_line = 0.0;
-    LIB_CalAZ(&P1, &hit, &az_point);
-    LIB_CalAZ(&P1, &P2, &az_line);
-    const double w = az_point - az_line;
+    const double w = azimuth_or(P1, hit, 0.0) - azimuth_or(P1, P2, 0.0);
     // Left of P1 -> P2 is negative; w at exactly 0 or -648000 counts as right.
     if ((-HALF_CIRCLE < w && w < 0.0) || w > HALF_CIRCLE) {
         offset = -offset;
     }
-    out->X = X;
-    out->Y = Y;
-    out->H = H;
+    out->X = hit.X;
+    out->Y = hit.Y;
+    out->H = hit.H;
     out->SightDistance = sight_distance(*station, hit);
     out->PlaneAlong = along;
     out->PlaneOffset = offset;

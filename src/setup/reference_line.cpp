@@ -2,7 +2,6 @@
 // measures, the projection of a point on it, a point set out from line
 // coordinates, and a measured point's position against the line.
 #include "../core/core.hpp"
-#include "../core/projection.hpp"
 
 using namespace quillon;
 
@@ -10,12 +9,11 @@ ResultCode LIB_BaseLine(const SurveyPoint* pts, BaselineRecord* out)
 {
     const SurveyPoint& A = pts[0];
     const SurveyPoint& B = pts[1];
-    double azimuth = 0.0;
-    if (LIB_CalAZ(&A, &B, &azimuth) != OK) {
+    if (coincide_in_plan(A, B)) {
         return COINCIDENT;
     }
-    double distance = 0.0;
-    LIB_Cal2PointDist(&A, &B, &distance, 0);
+    const double azimuth = azimuth_between(A, B);
+    const double distance = plan_distance(A, B);
     // Points apart by less than the square root of the smallest double give
     // a direction but no distance.
     if (distance == 0.0) {
@@ -33,29 +31,26 @@ ResultCode LIB_BaseLine(const SurveyPoint* pts, BaselineRecord* out)
 
 ResultCode LIB_Project(const SurveyPoint* pts, ProjectionRecord* out)
 {
-    return project_on_line(pts, out);
+    if (coincide_in_plan(pts[0], pts[1])) {
+        return COINCIDENT;
+    }
+    *out = projection_on_line(pts[0], pts[1], pts[2]);
+    return OK;
 }
 
 ResultCode LIB_LSO_Point(const SurveyPoint* pts, const LinePosition* pos, SurveyPoint* out)
 {
     const SurveyPoint& A = pts[0];
     const SurveyPoint& B = pts[1];
-    double azimuth = 0.0;
-    if (LIB_CalAZ(&A, &B, &azimuth) != OK) {
+    if (coincide_in_plan(A, B)) {
         return COINCIDENT;
     }
+    const double azimuth = azimuth_between(A, B);
     // The direction of the point from A is cut to whole seconds before the
     // line's azimuth is added.
-    double theta = whole_seconds(rad_to_sec(std::atan2(pos->Across, pos->Along))) + azimuth;
-    // Strictly greater: a full circle itself stays.
-    if (theta > FULL_CIRCLE) {
-        theta = theta - FULL_CIRCLE;
-    }
-    if (theta < 0.0) {
-        theta = theta + FULL_CIRCLE;
-    }
-    double dAB = 0.0;
-    LIB_Cal2PointDist(&A, &B, &dAB, 0);
+    const double theta = fold_once_into_closed_turn<ArcSeconds>(
+        whole_seconds(rad_to_sec(std::atan2(pos->Across, pos->Along))) + azimuth);
+    const double dAB = plan_distance(A, B);
     const double r = std::sqrt(square(pos->Across) + square(pos->Along));
     const double X = std::cos(sec_to_rad(theta)) * r + A.X;
     const double Y = std::sin(sec_to_rad(theta)) * r + A.Y;
@@ -72,22 +67,14 @@ ResultCode LIB_LSO_Line(const SurveyPoint* pts, double designOffset, ProjectionR
     const SurveyPoint& A = pts[0];
     const SurveyPoint& B = pts[1];
     const SurveyPoint& P = pts[2];
-    double azAB = 0.0;
-    double azAP = 0.0;
-    if (LIB_CalAZ(&A, &B, &azAB) != OK) {
+    if (coincide_in_plan(A, B)) {
         return COINCIDENT;
     }
-    // P on A has no direction: the angle stays 0 and the distance is 0.
-    LIB_CalAZ(&A, &P, &azAP);
-    const double w = sec_to_rad(azAP - azAB);
-    double dAB = 0.0;
-    double dAP = 0.0;
-    LIB_Cal2PointDist(&A, &B, &dAB, 0);
-    LIB_Cal2PointDist(&A, &P, &dAP, 0);
-    const double along = std::cos(w) * dAP;
-    const double line_h = ((B.H - A.H) / dAB) * along + A.H;
+    const LineComponents components = line_components(A, B, P);
+    const double along = components.along;
+    const double line_h = ((B.H - A.H) / plan_distance(A, B)) * along + A.H;
     const double line_dh = P.H - line_h;
-    const double across = std::sin(w) * dAP - designOffset;
+    const double across = components.across - designOffset;
     out->Across = across;
     out->Along = along;
     out->LineDH = line_dh;

@@ -4,43 +4,287 @@
 // known sighting.
 #include "../core/core.hpp"
 
-using namespace quillon;
-
 namespace quillon {
 
 // The sum of the two unknown angles and their truncated difference of the
-// last triangle pair solved. Written on every solution and never read: they
-// make LIB_RESA2D the one function that must not run on two threads at once.
+// last triangle pair solved: written on every solution, never read, part of
+// no result. They are part of the library's contract all the same: callers
+// are told that the library keeps no state but these two values, and that
+// LIB_RESA2D, which writes them, is therefore the one function not to run on
+// two threads at once. Turning them into locals would change that contract,
+// not tidy the code; they stay until the contract itself changes.
 double resection_last_angle_sum = 0.0;
 double resection_last_angle_difference = 0.0;
 
 } // namespace quillon
 
+using namespace quillon;
+
 namespace {
 
-constexpr int MAX_POINTS = 20;
+// ---- distances from directions alone ----------------------------------------
 
-// Half of RAD_PER_SEC and twice RHO_SEC: the half-angle tangent works on half
-// of the sum of the unknown angles and gives back the full difference.
-constexpr double HALF_RAD_PER_SEC = 2.424068364197531e-6;
-constexpr double TWICE_RHO_SEC = 412529.6195311894;
+// The known points as the station sees them, in the order their directions
+// are used, with the angles and sides of the triangles between neighbours.
+struct Fan {
+    int n;
+    SurveyPoint point[RESECTION_MAX_POINTS];
+    double direction[RESECTION_MAX_POINTS];
+    // Where each entry came from in the caller's arrays.
+    unsigned char order[RESECTION_MAX_POINTS];
+    // Angle at the station between neighbours, and the side joining them.
+    double angle[RESECTION_MAX_POINTS];
+    double side[RESECTION_MAX_POINTS];
+    // Angle at the middle point of each pair of neighbouring triangles.
+    double middle_angle[RESECTION_MAX_POINTS];
+};
 
-// An eighth of a circle: a quarter of pi taken as 3.1415926.
-constexpr double EIGHTH_CIRCLE_RAD = 0.78539815;
-
-// Station height from one sighting and its weight: the closer and the more
-// level the sight, the heavier.
-double station_height_from(const DistanceRecord& dist, const SurveyPoint& known,
-                           double target_height, double instrument_height)
+// The points copied with their directions and put in order of direction by
+// an exchange sort (equal directions keep their order). Only the first five
+// entries carry their own index; a sixth and later point is tagged 0, which
+// decides where its result is written back.
+void sort_by_direction(const AngleObservation* obs, const SurveyPoint* known, Fan& fan)
 {
-    return ((target_height + known.H) - dist.VerticalDifference) - instrument_height;
+    const int n = fan.n;
+    for (int i = 0; i < n; ++i) {
+        fan.point[i] = known[i];
+        fan.direction[i] = obs[i].Horizontal;
+        fan.order[i] = static_cast<unsigned char>(i < 5 ? i : 0);
+    }
+    for (int i = 0; i < n - 1; ++i) {
+        for (int j = i + 1; j < n; ++j) {
+            if (fan.direction[i] > fan.direction[j]) {
+                const SurveyPoint p = fan.point[i];
+                fan.point[i] = fan.point[j];
+                fan.point[j] = p;
+                const double d = fan.direction[i];
+                fan.direction[i] = fan.direction[j];
+                fan.direction[j] = d;
+                const unsigned char k = fan.order[i];
+                fan.order[i] = fan.order[j];
+                fan.order[j] = k;
+            }
+        }
+    }
 }
 
-double height_weight(const DistanceRecord& dist, const AngleObservation& obs)
+// The angle from sighting i to sighting i + 1; a direction behind the one
+// before it is first carried on by a full circle.
+double angle_to_next(double* direction, int i)
 {
-    // The squared cosine of the zenith angle is added to the squared
-    // distance, not multiplied.
-    return 1.0 / (square(dist.HorizontalDistance) + square(std::cos(sec_to_rad(obs.Zenith))));
+    if (direction[i + 1] < direction[i]) {
+        direction[i + 1] = direction[i + 1] + FULL_CIRCLE;
+    }
+    return std::fabs(direction[i + 1] - direction[i]);
+}
+
+// A gap of more than a half circle between two neighbouring sightings: the
+// sequence is restarted just after it, from the caller's arrays.
+void restart_after_gap(const AngleObservation* obs, const SurveyPoint* known, Fan& fan)
+{
+    const int n = fan.n;
+    int gap = -1;
+    for (int i = 0; i < n - 1; ++i) {
+        if (angle_to_next(fan.direction, i) > HALF_CIRCLE) {
+            gap = i;
+            break;
+        }
+    }
+    if (gap < 0) {
+        return;
+    }
+    unsigned char sorted[RESECTION_MAX_POINTS];
+    for (int k = 0; k < n; ++k) {
+        sorted[k] = fan.order[k];
+    }
+    for (int k = 0; k < n; ++k) {
+        fan.order[k] = sorted[(gap + 1 + k) % n];
+        fan.point[k] = known[fan.order[k]];
+        fan.direction[k] = obs[fan.order[k]].Horizontal;
+    }
+}
+
+void measure_triangles(Fan& fan)
+{
+    const int n = fan.n;
+    for (int i = 0; i < n - 1; ++i) {
+        fan.angle[i] = angle_to_next(fan.direction, i);
+        const SurveyPoint& a = fan.point[i];
+        const SurveyPoint& b = fan.point[i + 1];
+        fan.side[i] = std::sqrt(square(a.X - b.X) + square(a.Y - b.Y));
+    }
+    for (int i = 0; i < n - 2; ++i) {
+        const double az_back = azimuth_or(fan.point[i + 1], fan.point[i], 0.0);
+        const double az_ahead = azimuth_or(fan.point[i + 1], fan.point[i + 2], 0.0);
+        fan.middle_angle[i] = add_turn_if_negative<ArcSeconds>(az_back - az_ahead);
+    }
+}
+
+// Each pair of neighbouring triangles gives the distances to its outer
+// points; a later pair overwrites what an earlier one found.
+void solve_triangle_pairs(const Fan& fan, double* dist)
+{
+    const int n = fan.n;
+    const double t45 = std::tan(EIGHTH_TURN_RAD_SHORT_PI);
+    for (int i = 0; i < n - 2; ++i) {
+        const double alpha = fan.angle[i];
+        const double beta = fan.angle[i + 1];
+        const double a = fan.side[i];
+        const double b = fan.side[i + 1];
+        const double k = (a * std::sin(sec_to_rad(beta))) / (b * std::sin(sec_to_rad(alpha)));
+        const double S = FULL_CIRCLE - ((fan.middle_angle[i] + alpha) + beta);
+        // The difference of the unknown angles is cut to whole seconds.
+        const double D = whole_seconds(
+            std::atan(((t45 - k) / (t45 * k + 1.0)) * std::tan(S * HALF_RAD_PER_SEC_SHORT_PI)) *
+            TWICE_SEC_PER_RAD_SHORT_PI);
+        const double phi = S / 2.0 + D / 2.0;
+        const double psi = S / 2.0 - D / 2.0;
+        dist[i] = std::sin(sec_to_rad(HALF_CIRCLE - phi - alpha)) / std::sin(sec_to_rad(alpha)) * a;
+        dist[i + 2] =
+            std::sin(sec_to_rad(HALF_CIRCLE - psi - beta)) / std::sin(sec_to_rad(beta)) * b;
+        if (n == 3) {
+            dist[1] = std::sin(sec_to_rad(phi)) / std::sin(sec_to_rad(fan.angle[0])) * fan.side[0];
+        }
+        resection_last_angle_sum = S;
+        resection_last_angle_difference = D;
+    }
+}
+
+// Back into the caller's order, through the index tags.
+void write_back(const Fan& fan, const double* dist, double* distances)
+{
+    for (int j = 0; j < fan.n; ++j) {
+        for (int k = 0; k < fan.n; ++k) {
+            if (fan.order[k] == j) {
+                distances[j] = dist[k];
+            }
+        }
+    }
+}
+
+// ---- station from distances and directions ------------------------------------
+
+// A similarity transformation from the instrument's own frame (u, v: the
+// measured positions) to the known points: a = scale * cos(rotation),
+// b = scale * sin(rotation), and the station X, Y.
+struct Similarity {
+    double a;
+    double b;
+    double X;
+    double Y;
+};
+
+Similarity fit_similarity(const DistanceRecord* dists, const AngleObservation* obs,
+                          const SurveyPoint* known, int n, double* u, double* v)
+{
+    const double count = n;
+    double Su = 0.0, Sv = 0.0;
+    double SX = 0.0, SY = 0.0;
+    for (int i = 0; i < n; ++i) {
+        u[i] = dists[i].HorizontalDistance * std::cos(sec_to_rad(obs[i].Horizontal));
+        v[i] = dists[i].HorizontalDistance * std::sin(sec_to_rad(obs[i].Horizontal));
+        Su = Su + u[i];
+        Sv = Sv + v[i];
+        SX = SX + known[i].X;
+        SY = SY + known[i].Y;
+    }
+    const double inverse_count = 1.0 / count;
+    const double mX0 = SX * inverse_count;
+    const double mY0 = SY * inverse_count;
+
+    double SdX = 0.0, SdY = 0.0;
+    double Sux = 0.0, Svx = 0.0, Svy = 0.0, Suy = 0.0;
+    double Suu = 0.0, Svv = 0.0;
+    for (int i = 0; i < n; ++i) {
+        const double dX = known[i].X - mX0;
+        const double dY = known[i].Y - mY0;
+        SdX = SdX + dX;
+        SdY = SdY + dY;
+        Sux = Sux + u[i] * dX;
+        Svx = Svx + v[i] * dX;
+        Svy = Svy + v[i] * dY;
+        Suy = Suy + u[i] * dY;
+        Suu = Suu + u[i] * u[i];
+        Svv = Svv + v[i] * v[i];
+    }
+
+    const double N = (Svv + Suu) - (Sv * Sv + Su * Su) / count;
+    const double a = (Svy + Sux - (SdY * Sv + SdX * Su) / count) / N;
+    const double b = (Suy - Svx - (SdY * Su - SdX * Sv) / count) / N;
+    const double X = SdX / count - a * Su / count + b * Sv / count + mX0;
+    const double Y = SdY / count - a * Sv / count - b * Su / count + mY0;
+    return {a, b, X, Y};
+}
+
+// Mean errors of the fitted station in X and Y, divided by n - 1, not by the
+// redundancy of the fit; 0 for two points.
+void plan_errors(const Similarity& fit, const SurveyPoint* known, int n, const double* u,
+                 const double* v, ResectionResult* out)
+{
+    if (2 * (n - 2) <= 0) {
+        out->mX = 0.0;
+        out->mY = 0.0;
+        return;
+    }
+    const double count = n;
+    double SrX = 0.0;
+    double SrY = 0.0;
+    for (int i = 0; i < n; ++i) {
+        const double rX = fit.a * u[i] + fit.X - fit.b * v[i] - known[i].X;
+        const double rY = fit.b * u[i] + fit.a * v[i] + fit.Y - known[i].Y;
+        SrX = SrX + square(rX);
+        SrY = SrY + square(rY);
+    }
+    out->mX = std::sqrt(SrX / (count - 1.0));
+    out->mY = std::sqrt(SrY / (count - 1.0));
+}
+
+// The station height from one sighting and its weight: the closer and the
+// more level the sight, the heavier. The squared cosine of the zenith angle
+// is added to the squared distance, not multiplied.
+struct HeightSighting {
+    double height;
+    double weight;
+};
+
+HeightSighting height_sighting(double instrument_height, const DistanceRecord& dist,
+                               const AngleObservation& obs, const SurveyPoint& known,
+                               double target_height)
+{
+    const double height = ((target_height + known.H) - dist.VerticalDifference) - instrument_height;
+    const double weight =
+        1.0 / (square(dist.HorizontalDistance) + square(std::cos(sec_to_rad(obs.Zenith))));
+    return {height, weight};
+}
+
+// The height: weighted mean of the heights from each sighting, and its mean
+// error delivered at single precision (0 below a tenth of a millimetre). The
+// count is not bounded here: each sighting is weighed again for the error.
+void fit_height(double instrument_height, const DistanceRecord* dists, const AngleObservation* obs,
+                const SurveyPoint* known, const double* target_heights, int n, ResectionResult* out)
+{
+    double Swh = 0.0;
+    double Sw = 0.0;
+    for (int i = 0; i < n; ++i) {
+        const HeightSighting s =
+            height_sighting(instrument_height, dists[i], obs[i], known[i], target_heights[i]);
+        Swh = Swh + s.weight * s.height;
+        Sw = Sw + s.weight;
+    }
+    const double H = Swh / Sw;
+    out->H = H;
+    if (n < 2) {
+        out->mH = 0.0;
+        return;
+    }
+    double Swvv = 0.0;
+    for (int i = 0; i < n; ++i) {
+        const HeightSighting s =
+            height_sighting(instrument_height, dists[i], obs[i], known[i], target_heights[i]);
+        Swvv = Swvv + s.weight * square(s.height - H);
+    }
+    const double error = std::sqrt(Swvv / (static_cast<double>(n) - 1.0));
+    out->mH = error < 0.0001 ? 0.0 : through_float(error);
 }
 
 } // namespace
@@ -48,124 +292,17 @@ double height_weight(const DistanceRecord& dist, const AngleObservation& obs)
 ResultCode LIB_RESA2D(const AngleObservation* obs, const SurveyPoint* known, unsigned char n,
                       double* distances)
 {
-    if (n < 3 || n > MAX_POINTS) {
+    if (n < 3 || n > RESECTION_MAX_POINTS) {
         return DOMAIN;
     }
-
-    SurveyPoint point[MAX_POINTS];
-    double direction[MAX_POINTS];
-    // Only the first five entries carry their own index; a sixth and later
-    // point is tagged 0, which decides where its result is written back.
-    unsigned char index[MAX_POINTS] = {0, 1, 2, 3, 4};
-    for (int i = 0; i < n; ++i) {
-        point[i] = known[i];
-        direction[i] = obs[i].Horizontal;
-    }
-
-    // Exchange sort by direction; equal directions keep their order.
-    for (int i = 0; i < n - 1; ++i) {
-        for (int j = i + 1; j < n; ++j) {
-            if (direction[i] > direction[j]) {
-                const SurveyPoint p = point[i];
-                point[i] = point[j];
-                point[j] = p;
-                const double d = direction[i];
-                direction[i] = direction[j];
-                direction[j] = d;
-                const unsigned char k = index[i];
-                index[i] = index[j];
-                index[j] = k;
-            }
-        }
-    }
-
-    // A gap of more than a half circle between two neighbouring sightings:
-    // the sequence is restarted just after it, from the caller's arrays.
-    double angle[MAX_POINTS];
-    unsigned char order[MAX_POINTS];
-    int gap = -1;
-    for (int i = 0; i < n - 1; ++i) {
-        if (direction[i + 1] < direction[i]) {
-            direction[i + 1] = direction[i + 1] + FULL_CIRCLE;
-        }
-        angle[i] = std::fabs(direction[i + 1] - direction[i]);
-        if (angle[i] > HALF_CIRCLE) {
-            gap = i;
-            break;
-        }
-    }
-    if (gap >= 0) {
-        for (int k = 0; k < n; ++k) {
-            order[k] = index[(gap + 1 + k) % n];
-            point[k] = known[order[k]];
-            direction[k] = obs[order[k]].Horizontal;
-        }
-    } else {
-        for (int k = 0; k < n; ++k) {
-            order[k] = index[k];
-        }
-    }
-
-    // Angles at the station between neighbouring points, and the sides
-    // joining those points.
-    double side[MAX_POINTS];
-    for (int i = 0; i < n - 1; ++i) {
-        if (direction[i + 1] < direction[i]) {
-            direction[i + 1] = direction[i + 1] + FULL_CIRCLE;
-        }
-        angle[i] = std::fabs(direction[i + 1] - direction[i]);
-        side[i] =
-            std::sqrt(square(point[i].X - point[i + 1].X) + square(point[i].Y - point[i + 1].Y));
-    }
-
-    // Angle at the middle point of each triangle pair.
-    double middle_angle[MAX_POINTS];
-    for (int i = 0; i < n - 2; ++i) {
-        double az_back = 0.0;
-        double az_ahead = 0.0;
-        LIB_CalAZ(&point[i + 1], &point[i], &az_back);
-        LIB_CalAZ(&point[i + 1], &point[i + 2], &az_ahead);
-        middle_angle[i] = az_back - az_ahead;
-        if (middle_angle[i] < 0.0) {
-            middle_angle[i] = middle_angle[i] + FULL_CIRCLE;
-        }
-    }
-
-    // Each pair of neighbouring triangles gives the distances to its outer
-    // points; a later pair overwrites what an earlier one found.
-    const double t45 = std::tan(EIGHTH_CIRCLE_RAD);
-    double dist[MAX_POINTS];
-    for (int i = 0; i < n - 2; ++i) {
-        const double alpha = angle[i];
-        const double beta = angle[i + 1];
-        const double a = side[i];
-        const double b = side[i + 1];
-        const double k = (a * std::sin(sec_to_rad(beta))) / (b * std::sin(sec_to_rad(alpha)));
-        const double S = FULL_CIRCLE - ((middle_angle[i] + alpha) + beta);
-        // The difference of the unknown angles is cut to whole seconds.
-        const double D = whole_seconds(
-            std::atan(((t45 - k) / (t45 * k + 1.0)) * std::tan(S * HALF_RAD_PER_SEC)) *
-            TWICE_RHO_SEC);
-        const double phi = S / 2.0 + D / 2.0;
-        const double psi = S / 2.0 - D / 2.0;
-        dist[i] = std::sin(sec_to_rad(HALF_CIRCLE - phi - alpha)) / std::sin(sec_to_rad(alpha)) * a;
-        dist[i + 2] =
-            std::sin(sec_to_rad(HALF_CIRCLE - psi - beta)) / std::sin(sec_to_rad(beta)) * b;
-        if (n == 3) {
-            dist[1] = std::sin(sec_to_rad(phi)) / std::sin(sec_to_rad(angle[0])) * side[0];
-        }
-        resection_last_angle_sum = S;
-        resection_last_angle_difference = D;
-    }
-
-    // Back into the caller's order, through the index tags.
-    for (int j = 0; j < n; ++j) {
-        for (int k = 0; k < n; ++k) {
-            if (order[k] == j) {
-                distances[j] = dist[k];
-            }
-        }
-    }
+    Fan fan;
+    fan.n = n;
+    sort_by_direction(obs, known, fan);
+    restart_after_gap(obs, known, fan);
+    measure_triangles(fan);
+    double dist[RESECTION_MAX_POINTS];
+    solve_triangle_pairs(fan, dist);
+    write_back(fan, dist, distances);
     return OK;
 }
 
@@ -174,117 +311,26 @@ ResultCode LIB_RESDist(double instrumentHeight, const DistanceRecord* dists,
                        const double* targetHeights, unsigned char n, ResectionResult* out,
                        unsigned char mode)
 {
-    if (mode == 0 && (n < 2 || n > MAX_POINTS)) {
+    if (mode == 0 && (n < 2 || n > RESECTION_MAX_POINTS)) {
         return DOMAIN;
     }
-    if (mode == 1 && (n < 1 || n > MAX_POINTS)) {
+    if (mode == 1 && (n < 1 || n > RESECTION_MAX_POINTS)) {
         return DOMAIN;
     }
-    const double count = n;
-
     if (mode == 0) {
-        // Measured positions in the instrument's own frame.
-        double u[MAX_POINTS];
-        double v[MAX_POINTS];
-        double Su = 0.0;
-        double Sv = 0.0;
-        double SX = 0.0;
-        double SY = 0.0;
-        for (int i = 0; i < n; ++i) {
-            u[i] = dists[i].HorizontalDistance * std::cos(sec_to_rad(obs[i].Horizontal));
-            v[i] = dists[i].HorizontalDistance * std::sin(sec_to_rad(obs[i].Horizontal));
-            Su = Su + u[i];
-            Sv = Sv + v[i];
-            SX = SX + known[i].X;
-            SY = SY + known[i].Y;
-        }
-        const double inverse_count = 1.0 / count;
-        const double mX0 = SX * inverse_count;
-        const double mY0 = SY * inverse_count;
-
-        double SdX = 0.0;
-        double SdY = 0.0;
-        double Sux = 0.0;
-        double Svx = 0.0;
-        double Svy = 0.0;
-        double Suy = 0.0;
-        double Suu = 0.0;
-        double Svv = 0.0;
-        for (int i = 0; i < n; ++i) {
-            const double dX = known[i].X - mX0;
-            const double dY = known[i].Y - mY0;
-            SdX = SdX + dX;
-            SdY = SdY + dY;
-            Sux = Sux + u[i] * dX;
-            Svx = Svx + v[i] * dX;
-            Svy = Svy + v[i] * dY;
-            Suy = Suy + u[i] * dY;
-            Suu = Suu + u[i] * u[i];
-            Svv = Svv + v[i] * v[i];
-        }
-
-        const double N = (Svv + Suu) - (Sv * Sv + Su * Su) / count;
-        // a = scale * cos(rotation), b = scale * sin(rotation).
-        const double a = (Svy + Sux - (SdY * Sv + SdX * Su) / count) / N;
-        const double b = (Suy - Svx - (SdY * Su - SdX * Sv) / count) / N;
+        double u[RESECTION_MAX_POINTS];
+        double v[RESECTION_MAX_POINTS];
+        const Similarity fit = fit_similarity(dists, obs, known, n, u, v);
+        out->X = fit.X;
+        out->Y = fit.Y;
         // The one-argument arctangent: a rotation beyond a quarter circle
         // comes out turned by a half circle.
-        const double orientation = whole_seconds(std::atan(b / a) * RHO_SEC);
-        const double X = SdX / count - a * Su / count + b * Sv / count + mX0;
-        const double Y = SdY / count - a * Sv / count - b * Su / count + mY0;
-        out->X = X;
-        out->Y = Y;
-        out->Orientation = orientation;
-
-        if (2 * (n - 2) > 0) {
-            double SrX = 0.0;
-            double SrY = 0.0;
-            for (int i = 0; i < n; ++i) {
-                const double rX = a * u[i] + X - b * v[i] - known[i].X;
-                const double rY = b * u[i] + a * v[i] + Y - known[i].Y;
-                SrX = SrX + square(rX);
-                SrY = SrY + square(rY);
-            }
-            // Divided by n - 1, not by the redundancy of the fit.
-            out->mX = std::sqrt(SrX / (count - 1.0));
-            out->mY = std::sqrt(SrY / (count - 1.0));
-        } else {
-            out->mX = 0.0;
-            out->mY = 0.0;
-        }
+        out->Orientation = whole_seconds(std::atan(fit.b / fit.a) * SEC_PER_RAD_SHORT_PI);
+        plan_errors(fit, known, n, u, v, out);
     }
-
-    // The height, in every mode: weighted mean of the heights from each
-    // sighting. A mode other than 0 and 1 is not checked and takes any count.
-    double Swh = 0.0;
-    double Sw = 0.0;
-    for (int i = 0; i < n; ++i) {
-        const double h =
-            station_height_from(dists[i], known[i], targetHeights[i], instrumentHeight);
-        const double w = height_weight(dists[i], obs[i]);
-        Swh = Swh + w * h;
-        Sw = Sw + w;
-    }
-    const double H = Swh / Sw;
-    out->H = H;
-    if (n < 2) {
-        out->mH = 0.0;
-        return OK;
-    }
-    double Swvv = 0.0;
-    for (int i = 0; i < n; ++i) {
-        const double h =
-            station_height_from(dists[i], known[i], targetHeights[i], instrumentHeight);
-        const double w = height_weight(dists[i], obs[i]);
-        Swvv = Swvv + w * square(h - H);
-    }
-    const double s = std::sqrt(Swvv / (count - 1.0));
-    if (s < 0.0001) {
-        out->mH = 0.0;
-    } else {
-        // Delivered at single precision.
-        out->mH = through_float(s);
-    }
+    // The height, in every mode. A mode other than 0 and 1 is not checked and
+    // takes any count.
+    fit_height(instrumentHeight, dists, obs, known, targetHeights, n, out);
     return OK;
 }
 
@@ -293,7 +339,7 @@ ResultCode LIB_RESSetAngle(const SurveyPoint* station, const SurveyPoint* target
 {
     // With coincident points the azimuth keeps the caller's value, and that
     // value is used.
-    LIB_CalAZ(station, target, azimuth);
+    *azimuth = azimuth_or(*station, *target, *azimuth);
     *orientation = (*orientation + reading) - *azimuth;
     return OK;
 }

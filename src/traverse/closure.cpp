@@ -6,13 +6,13 @@ using namespace quillon;
 
 namespace {
 
-constexpr unsigned char STEP_CLOSURE = 0;
-constexpr unsigned char STEP_ANGLES = 1;
-constexpr unsigned char STEP_PLAN = 2;
-constexpr unsigned char STEP_HEIGHT = 3;
-
-constexpr unsigned char CONNECTING = 0;
-constexpr unsigned char CLOSED_LOOP = 1;
+// The steps of a closure, one per call, in the order a program runs them.
+enum ClosureStep : unsigned char {
+    STEP_CLOSURE = 0,
+    STEP_ANGLES = 1,
+    STEP_PLAN = 2,
+    STEP_HEIGHT = 3
+};
 
 // Plan and height closure: the increments are recomputed from each leg's
 // length and forward direction; the stored DeltaX and DeltaY are not used.
@@ -63,17 +63,19 @@ void spread_angular_misclosure(TraverseLeg* legs, unsigned int n, double angular
 ResultCode close_angles_connecting(TraverseLeg* legs, unsigned int n,
                                    const TraverseKnownPoints& known, TraverseClosure* result)
 {
-    double known_azimuth = 0.0;
-    if (LIB_CalAZ(&known.ClosingRef, &known.End, &known_azimuth) != OK) {
+    if (coincide_in_plan(known.ClosingRef, known.End)) {
         return DOMAIN;
     }
+    const double known_azimuth = azimuth_between(known.ClosingRef, known.End);
     double angle_sum = 0.0;
     for (unsigned int i = 1; i < n; ++i) {
         const double angle = (legs[i].BackDirection - legs[i].ForeDirection) + FULL_CIRCLE;
         const double t = circle_remainder(whole_seconds(angle));
         angle_sum = angle_sum + t;
     }
-    const int half_turns = static_cast<int>(n) * 648000 - 648000;
+    // The half circles are counted in 32-bit integers.
+    const int half_circle = static_cast<int>(HALF_CIRCLE);
+    const int half_turns = static_cast<int>(n) * half_circle - half_circle;
     const double carried = static_cast<double>(half_turns) + legs[0].ForeDirection - angle_sum;
     // A negative carried azimuth stays negative.
     const double computed_azimuth = circle_remainder(whole_seconds(carried));
@@ -91,11 +93,12 @@ void close_angles_loop(TraverseLeg* legs, unsigned int n, TraverseClosure* resul
 {
     double angle_sum = 0.0;
     for (unsigned int i = 0; i < n; ++i) {
-        const double a = turned_if_negative(legs[i].ForeDirection - legs[i].BackDirection);
+        const double a =
+            add_turn_if_negative<ArcSeconds>(legs[i].ForeDirection - legs[i].BackDirection);
         angle_sum = angle_sum + a;
     }
     // For a single leg the polygon sum is -648000.
-    const int polygon_sum = (static_cast<int>(n) - 2) * 648000;
+    const int polygon_sum = (static_cast<int>(n) - 2) * static_cast<int>(HALF_CIRCLE);
     const double angular_misclosure = angle_sum - static_cast<double>(polygon_sum);
     result->KnownEndAzimuth = 0.0;
     result->ComputedEndAzimuth = 0.0;
@@ -128,14 +131,14 @@ ResultCode LIB_TRSCalCoorErr(TraverseLeg* legs, unsigned char n, const TraverseK
     if (n == 0) {
         return DOMAIN;
     }
-    if ((mode != CONNECTING && mode != CLOSED_LOOP) || step > STEP_HEIGHT) {
+    if ((mode != LEGS_CONNECTING && mode != LEGS_CLOSED_LOOP) || step > STEP_HEIGHT) {
         return OK;
     }
     const unsigned int count = n;
     switch (step) {
     case STEP_CLOSURE: close_traverse(legs, count, *known, result); return OK;
     case STEP_ANGLES:
-        if (mode == CONNECTING) {
+        if (mode == LEGS_CONNECTING) {
             return close_angles_connecting(legs, count, *known, result);
         }
         close_angles_loop(legs, count, result);
@@ -151,14 +154,14 @@ ResultCode LIB_TRSAdjust(const double* dist, const SurveyPoint* ref, const Surve
 {
     // Without a point there is no computed end, and only modes 0 and 1 name
     // a known point to close on.
-    if (n == 0 || (mode != CONNECTING && mode != CLOSED_LOOP)) {
+    if (n == 0 || (mode != LEGS_CONNECTING && mode != LEGS_CLOSED_LOOP)) {
         return DOMAIN;
     }
     double total = 0.0;
     for (unsigned int i = 0; i < n; ++i) {
         total = total + dist[i];
     }
-    const SurveyPoint& known = (mode == CONNECTING) ? ref[1] : ref[0];
+    const SurveyPoint& known = (mode == LEGS_CONNECTING) ? ref[1] : ref[0];
     const SurveyPoint& computed_end = pts[n - 1];
     const double fx = -(computed_end.X - known.X);
     const double fy = -(computed_end.Y - known.Y);

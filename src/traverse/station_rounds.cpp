@@ -6,18 +6,19 @@ using namespace quillon;
 
 namespace {
 
-// Observation programmes; 2 and 3 (two targets, both faces) are alike.
-constexpr std::int32_t ONE_TARGET = 0;
-constexpr std::int32_t FACE_I_ONLY = 1;
-constexpr std::int32_t LAST_MODE = 3;
+// Observation programmes (ObsMode); 2 and 3 (two targets, both faces) are
+// alike.
+enum ObservationMode : std::int32_t { ONE_TARGET = 0, FACE_I_ONLY = 1, LAST_MODE = 3 };
 
-// Tolerance flags, in the order the tests run.
-constexpr std::int32_t FLAG_INDEX_DIFF = 1;
-constexpr std::int32_t FLAG_ZENITH_RANGE = 2;
-constexpr std::int32_t FLAG_FACE_ANGLE_DIFF = 3;
-constexpr std::int32_t FLAG_2C_DIFF = 4;
-constexpr std::int32_t FLAG_DIRECTION_RANGE = 5;
-constexpr std::int32_t FLAG_NO_ROUNDS = 6;
+// Tolerance flags (ErrorFlag), in the order the tests run.
+enum ToleranceFlag : std::int32_t {
+    FLAG_INDEX_DIFF = 1,
+    FLAG_ZENITH_RANGE = 2,
+    FLAG_FACE_ANGLE_DIFF = 3,
+    FLAG_2C_DIFF = 4,
+    FLAG_DIRECTION_RANGE = 5,
+    FLAG_NO_ROUNDS = 6
+};
 
 // Face I and face II pointings of one target in one round.
 struct Pointings {
@@ -61,7 +62,10 @@ double unwrapped_mean_direction(const Pointings& p)
     return ((p.face2.Hz - HALF_CIRCLE) + p.face1.Hz) * 0.5;
 }
 
-double angle_between(double first, double second) { return turned_if_negative(first - second); }
+double angle_between(double first, double second)
+{
+    return add_turn_if_negative<ArcSeconds>(first - second);
+}
 
 // Running maximum minus running minimum of a per-round value; the first
 // round sets both.
@@ -126,6 +130,21 @@ struct Spreads {
     Spread direction2;
 };
 
+// The spreads over the rounds of one quantity of target 1 and, where there
+// is one, target 2: true when either exceeds the tolerance. Both spreads are
+// carried on, whatever the first gives.
+bool spread_exceeds(Spread* spread1, double value1, Spread* spread2, const double* value2,
+                    bool first_round, double tolerance)
+{
+    const double range1 = spread1->after(value1, first_round);
+    bool failed = exceeds(range1, tolerance);
+    if (value2 != nullptr) {
+        const double range2 = spread2->after(*value2, first_round);
+        failed = failed || exceeds(range2, tolerance);
+    }
+    return failed;
+}
+
 // Both faces to two targets: the five tests in their order. Spreads are of
 // face means here, not of raw readings.
 void test_two_targets_both_faces(const StaMultiResult& tol, const Pointings& t1,
@@ -135,11 +154,10 @@ void test_two_targets_both_faces(const StaMultiResult& tol, const Pointings& t1,
     const double index_difference = index_error(t1) - index_error(t2);
     record_failure(flag, exceeds(index_difference, tol.TolIndexDiff), FLAG_INDEX_DIFF);
 
-    const double zenith_range1 = spreads->zenith1.after(face_mean_zenith(t1), first_round);
-    const double zenith_range2 = spreads->zenith2.after(face_mean_zenith(t2), first_round);
+    const double zenith2 = face_mean_zenith(t2);
     record_failure(flag,
-                   exceeds(zenith_range1, tol.TolZenithRange) ||
-                       exceeds(zenith_range2, tol.TolZenithRange),
+                   spread_exceeds(&spreads->zenith1, face_mean_zenith(t1), &spreads->zenith2,
+                                  &zenith2, first_round, tol.TolZenithRange),
                    FLAG_ZENITH_RANGE);
 
     const double angle_face1 = angle_between(t1.face1.Hz, t2.face1.Hz);
@@ -150,13 +168,11 @@ void test_two_targets_both_faces(const StaMultiResult& tol, const Pointings& t1,
     const double collimation_difference = double_collimation(t1) - double_collimation(t2);
     record_failure(flag, exceeds(collimation_difference, tol.Tol2CDiff), FLAG_2C_DIFF);
 
-    const double direction_range1 =
-        spreads->direction1.after(unwrapped_mean_direction(t1), first_round);
-    const double direction_range2 =
-        spreads->direction2.after(unwrapped_mean_direction(t2), first_round);
+    const double direction2 = unwrapped_mean_direction(t2);
     record_failure(flag,
-                   exceeds(direction_range1, tol.TolDirectionRange) ||
-                       exceeds(direction_range2, tol.TolDirectionRange),
+                   spread_exceeds(&spreads->direction1, unwrapped_mean_direction(t1),
+                                  &spreads->direction2, &direction2, first_round,
+                                  tol.TolDirectionRange),
                    FLAG_DIRECTION_RANGE);
 }
 
@@ -166,21 +182,16 @@ void test_face_i_spreads(const StaMultiResult& tol, const TargetReading& target1
                          const TargetReading* target2, bool first_round, Spreads* spreads,
                          std::int32_t* flag)
 {
-    const double zenith_range1 = spreads->zenith1.after(target1.V, first_round);
-    bool zenith_failed = exceeds(zenith_range1, tol.TolZenithRange);
-    if (target2 != nullptr) {
-        const double zenith_range2 = spreads->zenith2.after(target2->V, first_round);
-        zenith_failed = zenith_failed || exceeds(zenith_range2, tol.TolZenithRange);
-    }
-    record_failure(flag, zenith_failed, FLAG_ZENITH_RANGE);
-
-    const double direction_range1 = spreads->direction1.after(target1.Hz, first_round);
-    bool direction_failed = exceeds(direction_range1, tol.TolDirectionRange);
-    if (target2 != nullptr) {
-        const double direction_range2 = spreads->direction2.after(target2->Hz, first_round);
-        direction_failed = direction_failed || exceeds(direction_range2, tol.TolDirectionRange);
-    }
-    record_failure(flag, direction_failed, FLAG_DIRECTION_RANGE);
+    record_failure(flag,
+                   spread_exceeds(&spreads->zenith1, target1.V, &spreads->zenith2,
+                                  target2 != nullptr ? &target2->V : nullptr, first_round,
+                                  tol.TolZenithRange),
+                   FLAG_ZENITH_RANGE);
+    record_failure(flag,
+                   spread_exceeds(&spreads->direction1, target1.Hz, &spreads->direction2,
+                                  target2 != nullptr ? &target2->Hz : nullptr, first_round,
+                                  tol.TolDirectionRange),
+                   FLAG_DIRECTION_RANGE);
 }
 
 struct TargetResult {
@@ -198,34 +209,103 @@ TargetResult reduce_target(const StaMultiResult& record, double direction, doubl
                            double slope)
 {
     TargetResult target = {direction, zenith, slope, {0.0, 0.0, 0.0, 0.0}, {0.0, 0.0, 0.0}};
-    LIB_DistConvert(record.Station, record.Scale, slope, zenith, &target.distances);
+    target.distances = reduced_distances(*record.Station, record.Scale, slope, zenith);
     const SurveyPoint station = {record.Station->X, record.Station->Y, record.Station->H};
-    // A point out of range is left as zeros.
-    LIB_CalCoor(&station, direction, target.distances.HorizontalDistance,
-                target.distances.VerticalDifference, &target.point);
+    const SurveyPoint point = polar_point(station, direction, target.distances.HorizontalDistance,
+                                          target.distances.VerticalDifference);
+    // A point out of range in plan is left as zeros.
+    if (in_range_in_plan(point)) {
+        target.point = point;
+    }
     return target;
 }
 
-void write_target1(StaMultiResult* out, const TargetResult& t)
+// Where one target's results go in the station record.
+struct TargetFields {
+    double StaMultiResult::*direction;
+    double StaMultiResult::*zenith;
+    double StaMultiResult::*slope;
+    double StaMultiResult::*horizontal_distance;
+    double StaMultiResult::*vertical_difference;
+    SurveyPoint StaMultiResult::*point;
+    double StaMultiResult::*height_difference;
+};
+
+constexpr TargetFields TARGET1 = {&StaMultiResult::MeanHz1,    &StaMultiResult::MeanV1,
+                                  &StaMultiResult::MeanSlope1, &StaMultiResult::HorizDist1,
+                                  &StaMultiResult::VertDiff1,  &StaMultiResult::Point1,
+                                  &StaMultiResult::HeightDiff1};
+constexpr TargetFields TARGET2 = {&StaMultiResult::MeanHz2,    &StaMultiResult::MeanV2,
+                                  &StaMultiResult::MeanSlope2, &StaMultiResult::HorizDist2,
+                                  &StaMultiResult::VertDiff2,  &StaMultiResult::Point2,
+                                  &StaMultiResult::HeightDiff2};
+
+void write_target(StaMultiResult* out, const TargetFields& fields, const TargetResult& t)
 {
-    out->MeanHz1 = t.direction;
-    out->MeanV1 = t.zenith;
-    out->MeanSlope1 = t.slope;
-    out->HorizDist1 = t.distances.HorizontalDistance;
-    out->VertDiff1 = t.distances.VerticalDifference;
-    out->Point1 = t.point;
-    out->HeightDiff1 = t.distances.HeightDifference;
+    out->*fields.direction = t.direction;
+    out->*fields.zenith = t.zenith;
+    out->*fields.slope = t.slope;
+    out->*fields.horizontal_distance = t.distances.HorizontalDistance;
+    out->*fields.vertical_difference = t.distances.VerticalDifference;
+    out->*fields.point = t.point;
+    out->*fields.height_difference = t.distances.HeightDifference;
 }
 
-void write_target2(StaMultiResult* out, const TargetResult& t)
+// What the rounds build up: the sums of each target, the spreads and the
+// first failed test.
+struct Totals {
+    Sums sums1;
+    Sums sums2;
+    Spreads spreads;
+    std::int32_t flag = 0;
+};
+
+// One round added to the sums, and its tolerance tests run unless they are
+// skipped.
+void take_round(const RoundObservation& round, std::int32_t mode, const StaMultiResult& tol,
+                bool run_tests, bool first_round, Totals* totals)
 {
-    out->MeanHz2 = t.direction;
-    out->MeanV2 = t.zenith;
-    out->MeanSlope2 = t.slope;
-    out->HorizDist2 = t.distances.HorizontalDistance;
-    out->VertDiff2 = t.distances.VerticalDifference;
-    out->Point2 = t.point;
-    out->HeightDiff2 = t.distances.HeightDifference;
+    if (mode == ONE_TARGET) {
+        const Pointings t1 = {round.Face1Target1, round.Face2Target1};
+        add_face_means(&totals->sums1, t1);
+        if (run_tests) {
+            test_face_i_spreads(tol, round.Face1Target1, nullptr, first_round, &totals->spreads,
+                                &totals->flag);
+        }
+    } else if (mode == FACE_I_ONLY) {
+        add_face_i(&totals->sums1, round.Face1Target1);
+        add_face_i(&totals->sums2, round.Face1Target2);
+        if (run_tests) {
+            test_face_i_spreads(tol, round.Face1Target1, &round.Face1Target2, first_round,
+                                &totals->spreads, &totals->flag);
+        }
+    } else {
+        const Pointings t1 = {round.Face1Target1, round.Face2Target1};
+        const Pointings t2 = {round.Face1Target2, round.Face2Target2};
+        add_face_means(&totals->sums1, t1);
+        add_face_means(&totals->sums2, t2);
+        if (run_tests) {
+            test_two_targets_both_faces(tol, t1, t2, first_round, &totals->spreads, &totals->flag);
+        }
+    }
+}
+
+// Means over the rounds of one target. Face means are taken absolute; the
+// raw face I means are not.
+struct TargetMeans {
+    double direction;
+    double zenith;
+    double slope;
+};
+
+TargetMeans means_of(const Sums& sums, double k, std::int32_t mode)
+{
+    TargetMeans means = {k * sums.direction, k * sums.zenith, k * sums.slope};
+    if (mode != FACE_I_ONLY) {
+        means.direction = std::fabs(means.direction);
+        means.zenith = std::fabs(means.zenith);
+    }
+    return means;
 }
 
 } // namespace
@@ -243,67 +323,29 @@ ResultCode LIB_STAMultCycleCal(const RoundObservation* rounds, std::uint32_t n,
         return OK;
     }
     const bool run_tests = result->SkipChecks == 0;
-
-    Sums sums1;
-    Sums sums2;
-    Spreads spreads;
-    std::int32_t flag = 0;
+    Totals totals;
     for (std::uint32_t i = 0; i < n; ++i) {
-        const RoundObservation& round = rounds[i];
-        const bool first_round = i == 0;
-        if (mode == ONE_TARGET) {
-            const Pointings t1 = {round.Face1Target1, round.Face2Target1};
-            add_face_means(&sums1, t1);
-            if (run_tests) {
-                test_face_i_spreads(*result, round.Face1Target1, nullptr, first_round, &spreads,
-                                    &flag);
-            }
-        } else if (mode == FACE_I_ONLY) {
-            add_face_i(&sums1, round.Face1Target1);
-            add_face_i(&sums2, round.Face1Target2);
-            if (run_tests) {
-                test_face_i_spreads(*result, round.Face1Target1, &round.Face1Target2, first_round,
-                                    &spreads, &flag);
-            }
-        } else {
-            const Pointings t1 = {round.Face1Target1, round.Face2Target1};
-            const Pointings t2 = {round.Face1Target2, round.Face2Target2};
-            add_face_means(&sums1, t1);
-            add_face_means(&sums2, t2);
-            if (run_tests) {
-                test_two_targets_both_faces(*result, t1, t2, first_round, &spreads, &flag);
-            }
-        }
+        take_round(rounds[i], mode, *result, run_tests, i == 0, &totals);
     }
 
     const double k = 1.0 / static_cast<double>(n);
-    double direction1 = k * sums1.direction;
-    double zenith1 = k * sums1.zenith;
-    const double slope1 = k * sums1.slope;
-    double direction2 = k * sums2.direction;
-    double zenith2 = k * sums2.zenith;
-    const double slope2 = k * sums2.slope;
-    // Face means are taken absolute; the raw face I means are not.
-    if (mode != FACE_I_ONLY) {
-        direction1 = std::fabs(direction1);
-        zenith1 = std::fabs(zenith1);
-        direction2 = std::fabs(direction2);
-        zenith2 = std::fabs(zenith2);
-    }
-
-    const TargetResult target1 = reduce_target(*result, direction1, zenith1, slope1);
-    write_target1(result, target1);
+    const TargetMeans means1 = means_of(totals.sums1, k, mode);
+    const TargetMeans means2 = means_of(totals.sums2, k, mode);
+    const TargetResult target1 =
+        reduce_target(*result, means1.direction, means1.zenith, means1.slope);
+    write_target(result, TARGET1, target1);
     if (mode != ONE_TARGET) {
-        const double angle12 = angle_between(direction1, direction2);
-        const TargetResult target2 = reduce_target(*result, direction2, zenith2, slope2);
-        write_target2(result, target2);
+        const double angle12 = angle_between(means1.direction, means2.direction);
+        const TargetResult target2 =
+            reduce_target(*result, means2.direction, means2.zenith, means2.slope);
+        write_target(result, TARGET2, target2);
         result->Angle12 = angle12;
-        result->MeanHz2Copy = direction2;
+        result->MeanHz2Copy = means2.direction;
     }
-    result->MeanHz1Copy = direction1;
+    result->MeanHz1Copy = means1.direction;
     result->StationPoint.X = result->Station->X;
     result->StationPoint.Y = result->Station->Y;
     result->StationPoint.H = result->Station->H;
-    result->ErrorFlag = flag;
-    return flag == 0 ? OK : DOMAIN;
+    result->ErrorFlag = totals.flag;
+    return totals.flag == 0 ? OK : DOMAIN;
 }

@@ -10,27 +10,43 @@ using namespace quillon;
 
 namespace {
 
-// Traverse forms.
-constexpr std::int32_t LOOP = 0;           // back to A, orientation on B re-observed
-constexpr std::int32_t POLYGON = 1;        // closed polygon, closing on B
-constexpr std::int32_t CONNECTING = 2;     // A to E, oriented at both ends
-constexpr std::int32_t START_ORIENTED = 3; // A to E, oriented at the start only
-constexpr std::int32_t OPEN = 4;           // no closure
+// Rules of distribution: DistributionRule for the plan, HeightRule for the
+// heights.
+enum PlanRule : std::int32_t { BY_LENGTH = 0, BY_INCREMENT = 1 };
+enum HeightRule : std::int32_t { HEIGHT_SHARED = 0, HEIGHT_ZEROED = 1 };
 
-constexpr std::int32_t BY_LENGTH = 0;
-constexpr std::int32_t BY_INCREMENT = 1;
+// ValidMask: the bits of the written result doubles, by traverse form.
+enum ResultMask : std::int32_t {
+    MASK_OPEN = 3,
+    MASK_START_ORIENTED = 999,
+    MASK_ANGLE_CLOSED = 1023
+};
 
-constexpr std::int32_t HEIGHT_SHARED = 0;
-constexpr std::int32_t HEIGHT_ZEROED = 1;
+// The known end of the traverse and the two known azimuths. A loop closes on
+// its start, a polygon on B. A failing azimuth (coincident points) leaves 0.
+struct KnownEnds {
+    SurveyPoint end;
+    double start_azimuth;
+    double closing_azimuth;
+};
 
-// Bits of the written result doubles.
-constexpr std::int32_t MASK_ANGLE_CLOSED = 1023;
-constexpr std::int32_t MASK_START_ORIENTED = 999;
-constexpr std::int32_t MASK_OPEN = 3;
-
-bool closes_angles(std::int32_t type)
+KnownEnds known_ends(const TraverseControl& control, std::int32_t type)
 {
-    return type == LOOP || type == POLYGON || type == CONNECTING;
+    SurveyPoint end = control.E;
+    SurveyPoint end_orientation = control.G;
+    if (type == ROUNDS_LOOP) {
+        end = control.A;
+        end_orientation = control.B;
+    } else if (type == ROUNDS_POLYGON) {
+        end = control.B;
+        end_orientation = control.A;
+    }
+    const double start_azimuth = azimuth_or(control.B, control.A, 0.0);
+    double closing_azimuth = 0.0;
+    if (type == ROUNDS_LOOP || type == ROUNDS_CONNECTING) {
+        closing_azimuth = azimuth_or(end, end_orientation, 0.0);
+    }
+    return {end, start_azimuth, closing_azimuth};
 }
 
 // Observed station angles into the work array, summed in station order.
@@ -45,23 +61,27 @@ double fill_observed_angles(const TraverseStation* stations, std::uint32_t n, St
     return angle_sum;
 }
 
-// Exchange sort by observed angle, largest first. Only the angle and the
-// index move; the corrected angles stay addressed by station, so the order
-// never reaches a result.
-void rank_by_observed_angle(StationAngle* work, std::uint32_t n)
+// The angular misclosure of a loop or a connecting traverse (against the
+// closing azimuth) or of a polygon (against its half circles); 0 for the
+// forms that do not close their angles.
+double angular_misclosure(const TraverseStation* stations, std::uint32_t n, std::int32_t type,
+                          const KnownEnds& known, StationAngle* work)
 {
-    for (std::uint32_t i = 0; i + 1 < n; ++i) {
-        for (std::uint32_t j = i + 1; j < n; ++j) {
-            if (work[j].observed > work[i].observed) {
-                const double angle = work[i].observed;
-                const std::int32_t index = work[i].index;
-                work[i].observed = work[j].observed;
-                work[i].index = work[j].index;
-                work[j].observed = angle;
-                work[j].index = index;
-            }
-        }
+    if (type == ROUNDS_LOOP || type == ROUNDS_CONNECTING) {
+        const double angle_sum = fill_observed_angles(stations, n, work);
+        const double carried =
+            whole_seconds(known.start_azimuth + angle_sum - static_cast<double>(n) * HALF_CIRCLE) +
+            FULL_CIRCLE;
+        const double computed_azimuth = circle_remainder(carried);
+        return computed_azimuth - known.closing_azimuth;
     }
+    if (type == ROUNDS_POLYGON) {
+        const double angle_sum = fill_observed_angles(stations, n, work);
+        // The polygon's half circles are counted in unsigned 32-bit arithmetic.
+        const std::uint32_t polygon_sum = (n - 2u) * static_cast<std::uint32_t>(HALF_CIRCLE);
+        return angle_sum - static_cast<double>(polygon_sum);
+    }
+    return 0.0;
 }
 
 // An equal share of the angular misclosure comes off every angle. The
@@ -74,7 +94,6 @@ void correct_angles(const TraverseStation* stations, std::uint32_t n, double ang
     const double share = angular_misclosure / static_cast<double>(n);
     const double left_over = std::fabs(angular_misclosure - share * static_cast<double>(n));
     const std::int64_t extra_seconds = to_int32_truncated(left_over);
-    rank_by_observed_angle(work, n);
     for (std::uint32_t i = 0; i < n; ++i) {
         double corrected = stations[i].Angle12 + (-share);
         if (static_cast<std::int64_t>(i) < extra_seconds) {
@@ -84,76 +103,37 @@ void correct_angles(const TraverseStation* stations, std::uint32_t n, double ang
     }
 }
 
-struct LegSums {
-    double dx = 0.0;
-    double dy = 0.0;
-    double dh = 0.0;
-    double dist = 0.0;
-    double abs_dx = 0.0;
-    double abs_dy = 0.0;
-};
-
-ResultCode adjust_traverse(TraverseStation* stations, std::uint32_t n,
-                           const TraverseControl& control, TraverseResult* result,
-                           StationAngle* work)
+// Forms 3 and 4 take the observed angles as they are.
+void keep_observed_angles(const TraverseStation* stations, std::uint32_t n, StationAngle* work)
 {
-    const std::int32_t type = control.TraverseType;
-    if (type < LOOP || type > OPEN) {
-        return OK;
+    for (std::uint32_t i = 0; i < n; ++i) {
+        work[i].corrected = stations[i].Angle12;
     }
+}
 
-    // Known points; a loop closes on its start, a polygon on B. A failing
-    // azimuth (coincident points) leaves its value as it stands.
-    const SurveyPoint& start = control.A;
-    SurveyPoint end = control.E;
-    SurveyPoint end_orientation = control.G;
-    if (type == LOOP) {
-        end = control.A;
-        end_orientation = control.B;
-    } else if (type == POLYGON) {
-        end = control.B;
-        end_orientation = control.A;
-    }
-    double start_azimuth = 0.0;
-    LIB_CalAZ(&control.B, &control.A, &start_azimuth);
-    double closing_azimuth = 0.0;
-    if (type == LOOP || type == CONNECTING) {
-        LIB_CalAZ(&end, &end_orientation, &closing_azimuth);
-    }
-
-    // Angular closure.
-    double angular_misclosure = 0.0;
-    if (type == LOOP || type == CONNECTING) {
-        const double angle_sum = fill_observed_angles(stations, n, work);
-        const double carried =
-            whole_seconds(start_azimuth + angle_sum - static_cast<double>(n) * HALF_CIRCLE) +
-            FULL_CIRCLE;
-        const double computed_azimuth = circle_remainder(carried);
-        angular_misclosure = computed_azimuth - closing_azimuth;
-    } else if (type == POLYGON) {
-        const double angle_sum = fill_observed_angles(stations, n, work);
-        // The polygon's half circles are counted in unsigned 32-bit arithmetic.
-        const std::uint32_t polygon_sum = (n - 2u) * 648000u;
-        angular_misclosure = angle_sum - static_cast<double>(polygon_sum);
-    }
-    if (closes_angles(type)) {
-        correct_angles(stations, n, angular_misclosure, work);
-    } else {
-        for (std::uint32_t i = 0; i < n; ++i) {
-            work[i].corrected = stations[i].Angle12;
-        }
-    }
-
-    // Azimuths carried along the traverse, the last station included. The
-    // value can run past a full circle; only a negative one is turned.
+// Azimuths carried along the traverse, the last station included. The
+// value can run past a full circle; only a negative one is turned.
+void carry_azimuths(TraverseStation* stations, std::uint32_t n, double start_azimuth,
+                    const StationAngle* work)
+{
     double azimuth = start_azimuth;
     for (std::uint32_t i = 0; i < n; ++i) {
-        azimuth = turned_if_negative((azimuth - HALF_CIRCLE) + work[i].corrected);
+        azimuth = add_turn_if_negative<ArcSeconds>((azimuth - HALF_CIRCLE) + work[i].corrected);
         stations[i].Azimuth = azimuth;
     }
+}
 
-    // Increments of the n - 1 legs.
-    const std::uint32_t legs = n - 1;
+// Sums over the legs: of the increments, of the lengths and of the absolute
+// increments.
+struct LegSums {
+    double dx = 0.0, dy = 0.0, dh = 0.0;
+    double dist = 0.0;
+    double abs_dx = 0.0, abs_dy = 0.0;
+};
+
+// Coordinate increments of the n - 1 legs, and their sums.
+LegSums form_increments(TraverseStation* stations, std::uint32_t legs)
+{
     LegSums sums;
     for (std::uint32_t i = 0; i < legs; ++i) {
         TraverseStation& leg = stations[i];
@@ -168,65 +148,71 @@ ResultCode adjust_traverse(TraverseStation* stations, std::uint32_t n,
         sums.abs_dx = sums.abs_dx + std::fabs(leg.DeltaX);
         sums.abs_dy = sums.abs_dy + std::fabs(leg.DeltaY);
     }
+    return sums;
+}
 
-    double fx = 0.0;
-    double fy = 0.0;
-    double fh = 0.0;
+// Closure on the known end: misclosures in X, Y and H, the linear misclosure
+// and its ratio to the length.
+struct Misclosure {
+    double fx = 0.0, fy = 0.0, fh = 0.0;
     double fs = 0.0;
     double relative = 0.0;
-    if (type != OPEN) {
-        fx = sums.dx - (end.X - start.X);
-        fy = sums.dy - (end.Y - start.Y);
-        fh = sums.dh - (end.H - start.H);
-        // Without length there is nothing to weigh the misclosures by.
-        if (sums.dist == 0.0) {
-            return DOMAIN;
-        }
-        fs = std::sqrt(fy * fy + fx * fx);
-        relative = (1.0 / sums.dist) * fs;
+};
 
-        const std::int32_t plan_rule = control.DistributionRule;
-        const std::int32_t height_rule = control.HeightRule;
-        if (plan_rule == BY_LENGTH || plan_rule == BY_INCREMENT) {
-            for (std::uint32_t i = 0; i < legs; ++i) {
-                TraverseStation& leg = stations[i];
-                double vx = 0.0;
-                double vy = 0.0;
-                if (plan_rule == BY_LENGTH) {
-                    vx = -((leg.HorizDist1 * fx) * (1.0 / sums.dist));
-                    vy = -((leg.HorizDist1 * fy) * (1.0 / sums.dist));
-                } else {
-                    // The signed increment weighs, the sum of absolute
-                    // increments divides.
-                    vx = -((leg.DeltaX * fx) * (1.0 / sums.abs_dx));
-                    vy = -((leg.DeltaY * fy) * (1.0 / sums.abs_dy));
-                }
-                leg.CorrX = vx;
-                leg.CorrY = vy;
-                leg.AdjDeltaX = leg.DeltaX + vx;
-                leg.AdjDeltaY = leg.DeltaY + vy;
-                if (height_rule == HEIGHT_SHARED) {
-                    // Shared over the stations, not the legs: one share of
-                    // the misclosure stays undistributed.
-                    const double vh = -fh / static_cast<double>(n);
-                    leg.CorrH = vh;
-                    leg.AdjDeltaH = leg.DeltaH + vh;
-                } else if (height_rule == HEIGHT_ZEROED) {
-                    leg.CorrH = 0.0;
-                    leg.AdjDeltaH = 0.0;
-                }
-            }
+// The corrections of every leg by the plan rule and the height rule; any
+// other plan rule corrects nothing, heights included.
+void distribute_misclosure(TraverseStation* stations, std::uint32_t n,
+                           const TraverseControl& control, const LegSums& sums, const Misclosure& m)
+{
+    const std::int32_t plan_rule = control.DistributionRule;
+    const std::int32_t height_rule = control.HeightRule;
+    if (plan_rule != BY_LENGTH && plan_rule != BY_INCREMENT) {
+        return;
+    }
+    for (std::uint32_t i = 0; i + 1 < n; ++i) {
+        TraverseStation& leg = stations[i];
+        double vx = 0.0;
+        double vy = 0.0;
+        if (plan_rule == BY_LENGTH) {
+            vx = -((leg.HorizDist1 * m.fx) * (1.0 / sums.dist));
+            vy = -((leg.HorizDist1 * m.fy) * (1.0 / sums.dist));
+        } else {
+            // The signed increment weighs, the sum of absolute increments
+            // divides.
+            vx = -((leg.DeltaX * m.fx) * (1.0 / sums.abs_dx));
+            vy = -((leg.DeltaY * m.fy) * (1.0 / sums.abs_dy));
         }
-    } else {
-        for (std::uint32_t i = 0; i < legs; ++i) {
-            TraverseStation& leg = stations[i];
-            leg.AdjDeltaX = leg.DeltaX;
-            leg.AdjDeltaY = leg.DeltaY;
-            leg.AdjDeltaH = leg.DeltaH;
+        leg.CorrX = vx;
+        leg.CorrY = vy;
+        leg.AdjDeltaX = leg.DeltaX + vx;
+        leg.AdjDeltaY = leg.DeltaY + vy;
+        if (height_rule == HEIGHT_SHARED) {
+            // Shared over the stations, not the legs: one share of the
+            // misclosure stays undistributed.
+            const double vh = -m.fh / static_cast<double>(n);
+            leg.CorrH = vh;
+            leg.AdjDeltaH = leg.DeltaH + vh;
+        } else if (height_rule == HEIGHT_ZEROED) {
+            leg.CorrH = 0.0;
+            leg.AdjDeltaH = 0.0;
         }
     }
+}
 
-    // Coordinates from the first station's own record, not from A.
+// An open traverse is not adjusted: its increments are taken as they are.
+void keep_increments(TraverseStation* stations, std::uint32_t legs)
+{
+    for (std::uint32_t i = 0; i < legs; ++i) {
+        TraverseStation& leg = stations[i];
+        leg.AdjDeltaX = leg.DeltaX;
+        leg.AdjDeltaY = leg.DeltaY;
+        leg.AdjDeltaH = leg.DeltaH;
+    }
+}
+
+// Coordinates from the first station's own record, not from A.
+void accumulate_coordinates(TraverseStation* stations, std::uint32_t legs)
+{
     SurveyPoint position = stations[0].StationPoint;
     for (std::uint32_t i = 0; i < legs; ++i) {
         TraverseStation& leg = stations[i];
@@ -235,26 +221,72 @@ ResultCode adjust_traverse(TraverseStation* stations, std::uint32_t n,
         position.H = position.H + leg.AdjDeltaH;
         leg.LegEnd = position;
     }
+}
 
+// The result doubles of the form, and the mask of those written.
+void write_result(TraverseResult* result, std::int32_t type, std::uint32_t n, const LegSums& sums,
+                  const Misclosure& m, double angular)
+{
     result->SumDist = sums.dist;
     result->StationCount = static_cast<double>(n);
-    if (type == OPEN) {
+    if (type == ROUNDS_OPEN) {
         result->ValidMask = MASK_OPEN;
-        return OK;
+        return;
     }
-    result->LinearMisclosure = fs;
-    result->Fx = fx;
-    result->Fy = fy;
-    result->HeightMisclosure2 = fh;
-    result->HeightRatio = fh / sums.dist;
-    result->Relative = relative;
-    if (type == START_ORIENTED) {
+    result->LinearMisclosure = m.fs;
+    result->Fx = m.fx;
+    result->Fy = m.fy;
+    result->HeightMisclosure2 = m.fh;
+    result->HeightRatio = m.fh / sums.dist;
+    result->Relative = m.relative;
+    if (type == ROUNDS_START_ORIENTED) {
         result->ValidMask = MASK_START_ORIENTED;
+        return;
+    }
+    result->HeightMisclosure = m.fh;
+    result->AngularMisclosure = angular;
+    result->ValidMask = MASK_ANGLE_CLOSED;
+}
+
+// Angles closed and corrected, azimuths carried, increments formed, closed on
+// the known end and distributed, coordinates accumulated, result written.
+ResultCode adjust_traverse(TraverseStation* stations, std::uint32_t n,
+                           const TraverseControl& control, TraverseResult* result,
+                           StationAngle* work)
+{
+    const std::int32_t type = control.TraverseType;
+    if (type < ROUNDS_LOOP || type > ROUNDS_OPEN) {
         return OK;
     }
-    result->HeightMisclosure = fh;
-    result->AngularMisclosure = angular_misclosure;
-    result->ValidMask = MASK_ANGLE_CLOSED;
+    const KnownEnds known = known_ends(control, type);
+    const double angular = angular_misclosure(stations, n, type, known, work);
+    if (type == ROUNDS_LOOP || type == ROUNDS_POLYGON || type == ROUNDS_CONNECTING) {
+        correct_angles(stations, n, angular, work);
+    } else {
+        keep_observed_angles(stations, n, work);
+    }
+    carry_azimuths(stations, n, known.start_azimuth, work);
+
+    const std::uint32_t legs = n - 1;
+    const LegSums sums = form_increments(stations, legs);
+    Misclosure m;
+    if (type != ROUNDS_OPEN) {
+        const SurveyPoint& start = control.A;
+        m.fx = sums.dx - (known.end.X - start.X);
+        m.fy = sums.dy - (known.end.Y - start.Y);
+        m.fh = sums.dh - (known.end.H - start.H);
+        // Without length there is nothing to weigh the misclosures by.
+        if (sums.dist == 0.0) {
+            return DOMAIN;
+        }
+        m.fs = std::sqrt(m.fy * m.fy + m.fx * m.fx);
+        m.relative = (1.0 / sums.dist) * m.fs;
+        distribute_misclosure(stations, n, control, sums, m);
+    } else {
+        keep_increments(stations, legs);
+    }
+    accumulate_coordinates(stations, legs);
+    write_result(result, type, n, sums, m, angular);
     return OK;
 }
 

@@ -1,5 +1,5 @@
 // The module frame: placeholders and the station record as callers build it.
-#include "bits.hpp"
+#include "check.hpp"
 #include "core/core.hpp"
 #include "quillon.h"
 
@@ -36,26 +36,28 @@ TEST(Frame, SharedHelpersStayDefinedAtTheEdges)
     } truncations[] = {{-3.7, -3},          {2147483647.9, INT32_MAX},
                        {1e300, INT32_MAX},  {-2147483648.9, INT32_MIN},
                        {-1e300, INT32_MIN}, {NaN, 0}};
-    for (const auto& c : truncations) {
-        EXPECT_EQ(to_int32_truncated(c.value), c.whole) << c.value;
+    for (const auto& [call, c] : qtest::rows("to_int32_truncated", truncations)) {
+        EXPECT_BITS(call, to_int32_truncated(c.value), c.whole);
     }
     // Folds, remainders and roundings, as exact values.
     const struct {
-        double actual, expected;
+        const char* name;
+        double (*helper)(double);
+        double argument, expected;
     } values[] = {
-        {fold_half_circle(648000.0), 648000.0},
-        {fold_half_circle(648000.5), -647999.5},
-        {fold_half_circle(-648000.0), -648000.0},
-        {fold_half_circle(-648001.0), 647999.0},
-        {circle_remainder(-1296000.0), 0.0}, // never -0
-        {circle_remainder(-1296001.0), -1.0},
-        {circle_remainder(2592005.0), 5.0},
-        {whole_seconds(-10.9), -10.0},
-        {whole_seconds(-0.5), -0.0},
-        {through_float(0.1), 0.100000001490116119384765625},
-        {through_float(1e300), std::numeric_limits<double>::infinity()},
+        {"fold_half_circle", fold_half_circle, 648000.0, 648000.0},
+        {"fold_half_circle", fold_half_circle, 648000.5, -647999.5},
+        {"fold_half_circle", fold_half_circle, -648000.0, -648000.0},
+        {"fold_half_circle", fold_half_circle, -648001.0, 647999.0},
+        {"circle_remainder", circle_remainder, -1296000.0, 0.0}, // never -0
+        {"circle_remainder", circle_remainder, -1296001.0, -1.0},
+        {"circle_remainder", circle_remainder, 2592005.0, 5.0},
+        {"whole_seconds", whole_seconds, -10.9, -10.0},
+        {"whole_seconds", whole_seconds, -0.5, -0.0},
+        {"through_float", through_float, 0.1, 0.100000001490116119384765625},
+        {"through_float", through_float, 1e300, std::numeric_limits<double>::infinity()},
     };
-    for (const auto& c : values) {
-        EXPECT_BITS(c.actual, c.expected);
+    for (const auto& [row, c] : qtest::rows(values)) {
+        EXPECT_BITS(row.of(c.name), c.helper(c.argument), c.expected);
     }
 }

@@ -1,27 +1,24 @@
 /*
- * qv.h - reference vectors of the exported functions, shared by the family
- * files (vectors_<family>.c) and the client program.
+ * qv.h - the exported functions described for programs that call them from
+ * generated inputs: the platform client (reference vectors), and later a
+ * fuzzer or a benchmark.
  *
- * A family file describes each exported function of its family with
- *   - an input block (a struct of the arguments, records by value),
- *   - an output block (a struct of everything the function may write),
- *     described field by field in a layout string,
- *   - a generator that fills the input block for one case, and
- *   - a caller that calls the function through the loaded module.
- * The client fills the output block with 0xA5 before every call, so an output
- * the function leaves alone is compared as well.
+ * functions.txt describes every argument of every exported function once;
+ * generate_table.py turns it into qv_table.h / qv_table.c: per function an
+ * input block (the values and what the pointers point at), an output block
+ * (what the function may write), their layouts, a call through a function
+ * pointer and the description of every argument (qv_arg). qv_run.c binds
+ * the arguments to the blocks and calls the function; the generators
+ * (vectors_<family>.c, qv_gen.c) fill the input block of one case.
  *
- * Layout strings name the fields of the output block in order, each as
- * name:type or name:typeCOUNT, separated by spaces:
- *   d  double, compared bit for bit; a last-bit difference from the math
- *      library is reported in units in the last place
- *   f  float, likewise
- *   w  double holding a truncated whole value (whole arc-seconds): exact
- *   i  32-bit integer: exact
- *   u  unsigned byte (count, mode, flag, face): exact
- *   c  signed byte: exact
- *   x  padding, left as filled: exact
- * The layout must cover the whole block (sizeof), padding included.
+ * Layouts name the fields of a block in order, separated by spaces, each as
+ * name:type or name:typeN (N of them, named name[0] ...):
+ *   d  double; f  float: the same bits, or a difference in units in the
+ *      last place that a platform's mathematical library may make
+ *   w  double holding a whole value (whole arc-seconds): exact
+ *   i  32-bit integer, u unsigned byte, c signed byte, x padding: exact
+ *   (fields)  a record: its fields, named name.field (name[k].field)
+ * A layout covers its block to the last byte.
  */
 #ifndef QUILLON_QV_H
 #define QUILLON_QV_H
@@ -35,17 +32,18 @@
 extern "C" {
 #endif
 
-/* ---- functions of the loaded module --------------------------------------- */
+/* ---- functions of the library -------------------------------------------- */
 
-/** A function of the module as the loader hands it out. */
+/** A function of the library as a loader hands it out. */
 typedef void (*qv_fn)(void);
 
-/** The address of an exported name in the loaded module; stops the program
- *  with a message when the module does not export it. */
+/** The address of an exported name. The program provides it: the client
+ *  looks the name up in the module it loaded; a program that links the
+ *  library returns the function itself. */
 qv_fn qv_symbol(const char* name);
 
-/** The exported function `name`, typed as the header declares it. The module
- *  is loaded at run time, so nothing links against it. */
+/** The exported function `name`, typed as the header declares it (for
+ *  generators that call the library to build their inputs). */
 #define QV_FN(name) ((__typeof__(&name))qv_symbol(#name))
 
 /* ---- input generation --------------------------------------------------- */
@@ -67,6 +65,18 @@ double qv_uniform(qv_gen* g, double lo, double hi);
 /** One of the awkward doubles: zeros of both signs, the range limit and its
  *  neighbours, huge, tiny and subnormal values, infinities, not-a-number. */
 double qv_special(qv_gen* g);
+
+/** A band of a mixture: below `percent` (of 100, counted from 0) a value
+ *  uniform in [lo, hi). */
+typedef struct qv_band {
+    unsigned percent;
+    double lo;
+    double hi;
+} qv_band;
+/** A value from the first band whose percent the draw is below, or a special
+ *  value (qv_special) beyond the last band. */
+double qv_mixture(qv_gen* g, const qv_band* bands, unsigned count);
+
 /** A coordinate in metres, now and then a special value. */
 double qv_coordinate(qv_gen* g);
 /** A distance or height in metres (mostly positive), now and then special. */
@@ -100,34 +110,116 @@ double qv_on_circle(double angle);
  *  of the centre's height. */
 SurveyPoint qv_point_around(qv_gen* g, const SurveyPoint* centre, double lo, double hi);
 
-/* ---- family description ------------------------------------------------- */
+/* ---- the table of functions ------------------------------------------------ */
+
+/** What an argument is to the function (see functions.txt). */
+typedef enum qv_role {
+    QV_VALUE, /**< a number passed by value */
+    QV_COUNT, /**< a count passed by value */
+    QV_MODE,  /**< a mode, face, side or step byte passed by value */
+    QV_IN,    /**< a record or array the function reads */
+    QV_OUT,   /**< a record or array the function writes */
+    QV_INOUT  /**< a record or array the function reads and writes */
+} qv_role;
+
+/** The elements of an array field of a block, e.g.
+ *  QV_ELEMENTS(LIB_RESA2D_in, known). */
+#define QV_ELEMENTS(block, field) (sizeof(((block*)0)->field) / sizeof(((block*)0)->field[0]))
+
+/** An offset that does not exist. */
+#define QV_NOWHERE ((size_t)-1)
+
+/** The most arguments of any function. */
+#define QV_MAX_ARGS 8
+
+typedef struct qv_arg {
+    const char* name;
+    qv_role role;
+    const char* type; /**< type of one element as the header names it */
+    size_t size;      /**< bytes of one element */
+    size_t capacity;  /**< elements the harness provides (1 for one value) */
+    size_t in_at;     /**< offset in the input block: the value, or what the
+                           function finds there before the call */
+    size_t out_at;    /**< offset in the output block */
+    size_t flag_at;   /**< offset in the input block of the byte that is 0 when
+                           the pointer is passed as null */
+    size_t local_at;  /**< offset of the argument's own buffer in the scratch
+                           area (outputs that are packed into the output block) */
+    size_t columns;   /**< doubles per record of an array that goes into the
+                           output block column by column, or 0 */
+} qv_arg;
 
 typedef struct qv_function {
-    const char* name;       /**< exported name */
-    size_t in_size;         /**< sizeof the input block */
-    size_t out_size;        /**< sizeof the output block */
-    const char* out_layout; /**< fields of the output block */
+    const char* name; /**< exported name */
+    int cases;        /**< cases in the reference */
+    size_t arg_count;
+    const qv_arg* args;
+    /** Calls the function at `fn` with the arguments `args` (a pointer to
+     *  each value passed by value, the pointer itself otherwise). */
+    int (*invoke)(qv_fn fn, void* const* args);
+    /** The elements of every array argument that the interface obliges the
+     *  caller to provide for these arguments (1 for a single value). */
+    void (*extents)(void* const* args, size_t* elements);
+    size_t in_size;
+    size_t out_size;
+    const char* in_layout;
+    const char* out_layout;
+    /** Fills a zeroed input block with one case. */
     void (*generate)(qv_gen* g, void* in);
-    int (*call)(const void* in, void* out);
-    int cases; /**< number of cases; 0 for the default */
+    /** Sets up the arguments' own buffers from the input block, or NULL. */
+    void (*prepare)(const void* in, void* const* args);
+    /** Writes the output block from the arguments' own buffers, or NULL. */
+    void (*pack)(const void* in, void* const* args, void* out);
+    size_t scratch_size; /**< bytes of the arguments' own buffers */
 } qv_function;
 
-typedef struct qv_family {
-    const char* name;
-    const qv_function* functions;
-    size_t count;
-} qv_family;
+/** Every exported function, in the order of the reference (qv_table.c). */
+extern const qv_function qv_functions[];
+extern const size_t qv_function_count;
 
-/** One line of a family table: the exported function, the stem of its
- *  <stem>_in / <stem>_out structs and <stem>_generate / <stem>_call, its
- *  layout and its number of cases. */
-#define QV_FUNCTION(name, stem, layout, cases)                                                     \
-    {                                                                                              \
-#name, sizeof(struct stem##_in), sizeof(struct stem##_out), layout, stem##_generate,       \
-            stem##_call, cases                                                                     \
-    }
+/* ---- running a case (qv_run.c) -------------------------------------------- */
 
-#define QV_COUNT(table) (sizeof(table) / sizeof((table)[0]))
+/** The function of the table with this name, or NULL. */
+const qv_function* qv_find(const char* name);
+
+/** The largest input or output block and the largest scratch area. */
+size_t qv_largest_block(void);
+size_t qv_largest_scratch(void);
+
+/** Fills the input block of case `index`. */
+void qv_generate(const qv_function* fn, int index, unsigned char* in);
+
+/** Points the arguments at the blocks: the output block filled with 0xA5,
+ *  what an inout argument holds before the call copied into place, a null
+ *  pointer where the case says so, the arguments' own buffers prepared. */
+void qv_bind(const qv_function* fn, const unsigned char* in, unsigned char* out,
+             unsigned char* scratch, void** args);
+
+/** The elements of every argument the interface obliges the caller to
+ *  provide for the bound arguments: 1 for a single value, 0 for a null
+ *  pointer. A case whose extent exceeds an argument's capacity would let the
+ *  function reach beyond the harness's buffers. */
+void qv_extents(const qv_function* fn, void* const* args, size_t* elements);
+
+/** Calls the function at `address` on bound arguments and completes the
+ *  output block; returns its status. */
+int qv_call(const qv_function* fn, qv_fn address, const unsigned char* in, void* const* args,
+            unsigned char* out);
+
+/* ---- layouts ------------------------------------------------------------- */
+
+typedef struct qv_field {
+    char name[64];
+    char type; /**< a layout letter */
+    size_t offset;
+    size_t size;
+} qv_field;
+
+/** The single fields of a layout, in a buffer the caller frees; NULL with a
+ *  message in `error` when the layout is malformed or does not cover
+ *  `block_size` bytes. */
+qv_field* qv_parse_layout(const char* layout, size_t block_size, size_t* count, char* error,
+                          size_t error_size);
 
 #ifdef __cplusplus
 }

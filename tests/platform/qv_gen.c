@@ -51,37 +51,29 @@ double qv_special(qv_gen* g)
     }
 }
 
-double qv_coordinate(qv_gen* g)
+double qv_mixture(qv_gen* g, const qv_band* bands, unsigned count)
 {
     const unsigned kind = qv_below(g, 100);
-    if (kind < 65) {
-        return qv_uniform(g, -100000.0, 100000.0);
-    }
-    if (kind < 80) {
-        return qv_uniform(g, -1e8, 1e8);
-    }
-    if (kind < 94) {
-        return qv_uniform(g, -10.0, 10.0);
+    unsigned i;
+    for (i = 0; i < count; ++i) {
+        if (kind < bands[i].percent) {
+            return qv_uniform(g, bands[i].lo, bands[i].hi);
+        }
     }
     return qv_special(g);
 }
 
+double qv_coordinate(qv_gen* g)
+{
+    static const qv_band bands[] = {{65, -100000.0, 100000.0}, {80, -1e8, 1e8}, {94, -10.0, 10.0}};
+    return qv_mixture(g, bands, 3);
+}
+
 double qv_length(qv_gen* g)
 {
-    const unsigned kind = qv_below(g, 100);
-    if (kind < 70) {
-        return qv_uniform(g, 0.0, 3000.0);
-    }
-    if (kind < 80) {
-        return qv_uniform(g, 0.0, 0.001);
-    }
-    if (kind < 88) {
-        return qv_uniform(g, -100.0, 100.0);
-    }
-    if (kind < 94) {
-        return qv_uniform(g, 0.0, 1.5e8);
-    }
-    return qv_special(g);
+    static const qv_band bands[] = {
+        {70, 0.0, 3000.0}, {80, 0.0, 0.001}, {88, -100.0, 100.0}, {94, 0.0, 1.5e8}};
+    return qv_mixture(g, bands, 4);
 }
 
 double qv_angle(qv_gen* g)

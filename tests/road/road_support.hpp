@@ -1,23 +1,18 @@
-// Helpers of the road tests: case rows, element records and numerical checks.
+// Helpers of the road tests: element records and numerical checks.
 #ifndef QUILLON_TESTS_ROAD_SUPPORT_HPP
 #define QUILLON_TESTS_ROAD_SUPPORT_HPP
 
-#include "bits.hpp"
+#include "check.hpp"
 #include "records.hpp"
 
 #include <cmath>
 #include <functional>
+#include <string>
 
 namespace roadtest {
 
 using qtest::LIMIT;
 using qtest::NaN;
-
-// A row of a table of cases, numbers read by position.
-template <int N> struct Row {
-    double v[N];
-    double operator[](int i) const { return v[i]; }
-};
 
 // Arc-seconds per radian on the library's pi (3.1415926).
 const double RHO = 648000.0 / 3.1415926;
@@ -47,8 +42,8 @@ inline PlanePoint integrate(const std::function<double(double)>& heading, double
 inline double gap(double x, double y, double u, double v) { return std::hypot(x - u, y - v); }
 
 // Largest distance between each element's evaluated end and the start
-// stored in the next record.
-inline double continuity(const HElement* table, unsigned int records)
+// stored in the next record; `call` names the table's builder.
+inline double continuity(const qtest::Call& call, const HElement* table, unsigned int records)
 {
     double worst = 0.0;
     for (unsigned int i = 0; i + 1 < records; ++i) {
@@ -56,11 +51,16 @@ inline double continuity(const HElement* table, unsigned int records)
         PlanePoint p{};
         TangentPoint t{};
         const bool exit = e.Type == 3 && e.Spiral != 0;
-        EXPECT_EQ(e.Type == 2   ? LIB_CalWay_H_Circle_On(&e, e.Length, &p)
-                  : exit        ? LIB_CalWay_H_Curve_End(&e, &t)
-                  : e.Type == 3 ? LIB_CalWay_H_Curve_On(&e, e.Length, &p)
-                                : LIB_CalWay_H_Line_On(&e, e.Length, &p),
-                  0);
+        const char* evaluator = e.Type == 2   ? "LIB_CalWay_H_Circle_On"
+                                : exit        ? "LIB_CalWay_H_Curve_End"
+                                : e.Type == 3 ? "LIB_CalWay_H_Curve_On"
+                                              : "LIB_CalWay_H_Line_On";
+        EXPECT_STATUS(call.at(std::string(evaluator) + " of record " + std::to_string(i)),
+                      e.Type == 2   ? LIB_CalWay_H_Circle_On(&e, e.Length, &p)
+                      : exit        ? LIB_CalWay_H_Curve_End(&e, &t)
+                      : e.Type == 3 ? LIB_CalWay_H_Curve_On(&e, e.Length, &p)
+                                    : LIB_CalWay_H_Line_On(&e, e.Length, &p),
+                      0);
         p = exit ? PlanePoint{t.X, t.Y} : p;
         worst = std::fmax(worst, gap(p.X, p.Y, table[i + 1].X, table[i + 1].Y));
     }

@@ -5,6 +5,8 @@
 #include <vector>
 
 using namespace roadtest;
+using qtest::Call;
+using qtest::rows;
 
 namespace {
 
@@ -48,15 +50,20 @@ TEST(EleMainPoint, LineAfterLineRejectedAndOverflowingLists)
     const std::vector<HElement> lines = {element(1, 0.0, 0.0, 0.0, 100.0, 0, 0, 0, 5.0),
                                          element(1, 7.0, 7.0, 324000.0, 50.0, 0, 0, 0)};
     for (unsigned char slot : {0, 1}) {
+        const Call call("LIB_CalWay_H_Ele_MainPoint",
+                        "two lines, end slot " + std::to_string(slot));
         Table t(lines, 0);
         t.records[2].Type = slot;
         t.records[2].Azimuth = 42.0;
-        ASSERT_EQ(LIB_CalWay_H_Ele_MainPoint(lines.data(), 3, t.records), 0);
+        ASSERT_STATUS(call, LIB_CalWay_H_Ele_MainPoint(lines.data(), 3, t.records), 0);
         const HElement& r = t.records[1];
-        EXPECT_TRUE(r.X == 100.0 && r.Y == 0.0 && r.Azimuth == 324000.0 && r.Chainage == 105.0);
-        EXPECT_EQ(t.records[2].Type, 0);
-        EXPECT_BITS(t.records[2].Azimuth, slot == 1 ? 42.0 : 324000.0);
-        EXPECT_TRUE(qtest::untouched(t.records[2].Length));
+        EXPECT_BITS(call, r.X, 100.0);
+        EXPECT_BITS(call, r.Y, 0.0);
+        EXPECT_BITS(call, r.Azimuth, 324000.0);
+        EXPECT_BITS(call, r.Chainage, 105.0);
+        EXPECT_BITS(call, t.records[2].Type, 0);
+        EXPECT_BITS(call, t.records[2].Azimuth, slot == 1 ? 42.0 : 324000.0);
+        EXPECT_UNTOUCHED(call, t.records[2].Length);
     }
     // Element spoiled, how, status. Two circles of azimuth pass; a line's
     // radius is not read, nor a later element's start.
@@ -74,29 +81,35 @@ TEST(EleMainPoint, LineAfterLineRejectedAndOverflowingLists)
         {2, [](HElement& e) { e.Turn = 2; }, 1}, {3, [](HElement& e) { e.Spiral = 2; }, 1},
         {4, [](HElement& e) { e.Radius = NaN; }, 0}, {2, [](HElement& e) { e.X = NaN; }, 0}};
     // clang-format on
-    for (const auto& c : cases) {
+    for (const auto& [call, c] : rows("LIB_CalWay_H_Ele_MainPoint", cases)) {
         std::vector<HElement> list = design(1);
         c.spoil(list[c.index]);
         const Table t(list);
-        EXPECT_TRUE(t.status == c.status && (c.status == 0 || qtest::untouched(t.records)))
-            << &c - cases;
+        EXPECT_STATUS(call, t.status, c.status);
+        if (c.status != 0) {
+            EXPECT_UNTOUCHED(call, t.records);
+        }
     }
     for (unsigned char n : {0, 1, 82}) {
+        const Call call("LIB_CalWay_H_Ele_MainPoint", "count " + std::to_string(n));
         Table t({});
-        EXPECT_EQ(LIB_CalWay_H_Ele_MainPoint(design(1).data(), n, t.records), 4);
-        EXPECT_TRUE(qtest::untouched(t.records));
+        EXPECT_STATUS(call, LIB_CalWay_H_Ele_MainPoint(design(1).data(), n, t.records), 4);
+        EXPECT_UNTOUCHED(call, t.records);
     }
     // The second end passes the chainage limit: written, the end record's
     // Type not yet set. An arc's end azimuth is written before its end
     // point fails.
+    const Call past("LIB_CalWay_H_Ele_MainPoint", "second end past the chainage limit");
     const Table over({element(1, 0.0, 0.0, 0.0, 3.0, 0, 0, 0, LIMIT - 5.0),
                       element(1, 0.0, 0.0, 0.0, 3.0, 0, 0, 0)});
-    EXPECT_TRUE(over.status == 2 && over.records[2].X == 6.0 &&
-                over.records[2].Type == qtest::SENTINEL_BYTE);
+    EXPECT_STATUS(past, over.status, 2);
+    EXPECT_BITS(past, over.records[2].X, 6.0);
+    EXPECT_UNTOUCHED(past, over.records[2].Type);
+    const Call arc_end("LIB_CalWay_H_Ele_MainPoint", "arc ending out of range");
     const Table far({element(2, LIMIT - 1.0, 0.0, 0.0, 50.0, 100.0, 1, 0, 0.0)});
-    EXPECT_EQ(far.status, 2);
-    EXPECT_NEAR(far.records[1].Azimuth, 0.5 * RHO, 1e-9);
-    EXPECT_TRUE(qtest::untouched(far.records[1].X));
+    EXPECT_STATUS(arc_end, far.status, 2);
+    EXPECT_WITHIN(arc_end, far.records[1].Azimuth, 0.5 * RHO, 1e-9);
+    EXPECT_UNTOUCHED(arc_end, far.records[1].X);
 }
 
 // Every 5 m along the road, the point and azimuth against the element
@@ -106,10 +119,14 @@ TEST(EleMainPoint, LineAfterLineRejectedAndOverflowingLists)
 TEST(HOn, AgreesWithTheIntegratedAlignment)
 {
     for (unsigned char turn = 0; turn < 2; ++turn) {
+        const std::string side = turn == 1 ? "right" : "left";
+        const Call built("LIB_CalWay_H_Ele_MainPoint", "curves to the " + side);
         const Table t(design(turn));
-        EXPECT_LT(continuity(t.records, 6), 1e-9);
-        EXPECT_BITS(t.records[5].Chainage, 1400.0);
+        EXPECT_BELOW(built, continuity(built, t.records, 6), 1e-9);
+        EXPECT_BITS(built, t.records[5].Chainage, 1400.0);
         for (double K = 1002.5; K < 1400.0; K += 5.0) {
+            const Call call("LIB_CalWay_H_On",
+                            "curves to the " + side + ", K " + std::to_string(K));
             unsigned int i = 0;
             while (K >= t.records[i + 1].Chainage) {
                 ++i;
@@ -118,38 +135,46 @@ TEST(HOn, AgreesWithTheIntegratedAlignment)
             const double u = K - e.Chainage;
             const PlanePoint run = integrate([&e](double s) { return heading(e, s); }, u, 200);
             TangentPoint p{};
-            ASSERT_EQ(LIB_CalWay_H_On(t.records, 6, K, &p), 0) << K;
-            EXPECT_LT(gap(p.X, p.Y, e.X + run.X, e.Y + run.Y), 2e-5) << K;
+            ASSERT_STATUS(call, LIB_CalWay_H_On(t.records, 6, K, &p), 0);
+            EXPECT_BELOW(call, gap(p.X, p.Y, e.X + run.X, e.Y + run.Y), 2e-5);
             const double d = std::fabs(std::fmod(p.Azimuth - heading(e, u) * RHO, 1296000.0));
-            EXPECT_LT(std::fmin(d, 1296000.0 - d), 0.02) << K;
+            EXPECT_BELOW(call, std::fmin(d, 1296000.0 - d), 0.02);
         }
-        const std::pair<int, double> probes[] = {{1, 0.0009}, {3, 0.0009}, {5, -0.0005}, {5, 1e6}};
-        for (const auto& [j, offset] : probes) {
+        const struct {
+            int record;
+            double offset;
+        } probes[] = {{1, 0.0009}, {3, 0.0009}, {5, -0.0005}, {5, 1e6}};
+        for (const auto& [row, c] : rows(probes)) {
+            const Call call = row.of("LIB_CalWay_H_On").at("curves to the " + side);
+            const HElement& main_point = t.records[c.record];
             TangentPoint p{};
-            ASSERT_EQ(LIB_CalWay_H_On(t.records, 6, t.records[j].Chainage + offset, &p), 0);
-            EXPECT_TRUE(p.X == t.records[j].X && p.Y == t.records[j].Y &&
-                        p.Azimuth == t.records[j].Azimuth)
-                << j << " " << offset;
+            ASSERT_STATUS(call, LIB_CalWay_H_On(t.records, 6, main_point.Chainage + c.offset, &p),
+                          0);
+            EXPECT_BITS(call, p, (TangentPoint{main_point.X, main_point.Y, main_point.Azimuth}));
         }
     }
     // Before the start nothing is written, nor from an empty table.
     const Table t(design(1));
     TangentPoint q = qtest::sentinel_filled<TangentPoint>();
-    EXPECT_EQ(LIB_CalWay_H_On(t.records, 6, 999.998, &q), 0);
-    EXPECT_EQ(LIB_CalWay_H_On(t.records, 0, 1100.0, &q), 4);
-    EXPECT_TRUE(qtest::untouched(q));
+    const Call before("LIB_CalWay_H_On", "before the start"), empty("LIB_CalWay_H_On", "empty");
+    EXPECT_STATUS(before, LIB_CalWay_H_On(t.records, 6, 999.998, &q), 0);
+    EXPECT_UNTOUCHED(before, q);
+    EXPECT_STATUS(empty, LIB_CalWay_H_On(t.records, 0, 1100.0, &q), 4);
+    EXPECT_UNTOUCHED(empty, q);
     // An arc whose azimuth fails: the position is already written.
+    const Call spin_call("LIB_CalWay_H_On", "arc turning past two circles");
     const HElement spin[2] = {element(2, 100.0, 0.0, 0.0, 20.0, 1.0, 0, 0, 0.0),
                               element(0, 0.0, 0.0, 0.0, 0.0, 0.0, 0, 0, 20.0)};
-    EXPECT_EQ(LIB_CalWay_H_On(spin, 2, 10.0, &q), 2);
-    EXPECT_NEAR(gap(q.X, q.Y, 100.0, -1.0), 1.0, 1e-12); // on the circle
-    EXPECT_TRUE(qtest::untouched(q.Azimuth));
+    EXPECT_STATUS(spin_call, LIB_CalWay_H_On(spin, 2, 10.0, &q), 2);
+    EXPECT_WITHIN(spin_call, gap(q.X, q.Y, 100.0, -1.0), 1.0, 1e-12); // on the circle
+    EXPECT_UNTOUCHED(spin_call, q.Azimuth);
     // Exactly a millimetre from both ends of a 2 mm line is on neither main
     // point: the line itself is evaluated.
+    const Call stub_call("LIB_CalWay_H_On", "middle of a 2 mm line");
     const HElement stub[2] = {element(1, 0.0, 0.0, 0.0, 0.002, 0.0, 0, 0, 0.0),
                               element(0, 0.002, 0.0, 0.0, 0.0, 0.0, 0, 0, 0.002)};
-    EXPECT_EQ(LIB_CalWay_H_On(stub, 2, 0.001, &q), 0);
-    EXPECT_TRUE(q.X == 0.001 && q.Y == 0.0 && q.Azimuth == 0.0);
+    EXPECT_STATUS(stub_call, LIB_CalWay_H_On(stub, 2, 0.001, &q), 0);
+    EXPECT_BITS(stub_call, q, (TangentPoint{0.001, 0.0, 0.0}));
 }
 
 TEST(Pile, ListsOfPiles)
@@ -185,22 +210,24 @@ TEST(Pile, ListsOfPiles)
         {std::vector<double>(82, 1.0), 0.0, 0, 1, {}, 0}, {eighty, 30.0, 0, 4, {1, 101, 201}, 80},
         {{0.0, 2000.0}, 10.0, 0, 4, {0, 2000, 0, 10, 20}, 80}};
     // clang-format on
-    for (const Case& c : cases) {
+    for (const auto& [call, c] : rows("LIB_CalWay_Pile", cases)) {
         double piles[81];
         uint32_t count = qtest::sentinel_filled<uint32_t>();
         qtest::fill_sentinel(piles);
-        ASSERT_EQ(LIB_CalWay_Pile(c.chainages.data(),
-                                  static_cast<unsigned char>(c.chainages.size()), c.interval, piles,
-                                  &count, c.mode),
-                  c.status)
-            << &c - cases;
-        const std::size_t n = c.status == 1 ? 0 : c.expected.size();
-        for (std::size_t j = 0; j < n; ++j) {
-            EXPECT_NEAR(piles[j], c.expected[j], 1e-9) << &c - cases << " " << j;
+        ASSERT_STATUS(call,
+                      LIB_CalWay_Pile(c.chainages.data(),
+                                      static_cast<unsigned char>(c.chainages.size()), c.interval,
+                                      piles, &count, c.mode),
+                      c.status);
+        if (c.status == 1) {
+            EXPECT_UNTOUCHED(call, piles);
+            EXPECT_UNTOUCHED(call, count);
+            continue;
         }
-        EXPECT_TRUE(c.status == 1
-                        ? qtest::untouched(piles) && qtest::untouched(count)
-                        : count == c.count && qtest::untouched(piles[c.status == 4 ? 80 : n]))
-            << &c - cases;
+        for (std::size_t j = 0; j < c.expected.size(); ++j) {
+            EXPECT_WITHIN(call.at("pile " + std::to_string(j)), piles[j], c.expected[j], 1e-9);
+        }
+        EXPECT_BITS(call, count, c.count);
+        EXPECT_UNTOUCHED(call, piles[c.status == 4 ? 80 : c.expected.size()]);
     }
 }

@@ -1,6 +1,8 @@
 // Sightings met by vertical and slope planes.
-#include "bits.hpp"
+#include "check.hpp"
 #include "records.hpp"
+
+using qtest::Call;
 
 namespace {
 
@@ -31,23 +33,36 @@ AngleObservation face_two(const AngleObservation& face_one)
     return {std::fmod(face_one.Horizontal + 648000.0, 1296000.0), 1296000.0 - face_one.Zenith, 0};
 }
 
-using PlaneFunction = decltype(&LIB_VPlane);
+// The two plane functions, with the names their checks report.
+struct PlaneFunction {
+    const char* name;
+    decltype(&LIB_VPlane) call;
+};
+const PlaneFunction VPLANE = {"LIB_VPlane", LIB_VPlane}, SPLANE = {"LIB_SPlane", LIB_SPlane};
 
 // A sight aimed at a point of the plane, on either face, finds it again. A
 // vertical plane running east-west or north-south gives its X or Y exactly.
-void expect_hit(PlaneFunction function, const Plane& plane, SurveyPoint t, double along,
+void expect_hit(const PlaneFunction& function, const Plane& plane, SurveyPoint t, double along,
                 double offset)
 {
+    const bool vertical = function.call == LIB_VPlane;
     for (const StationRecord* station : {&FACE_I, &FACE_II}) {
-        SCOPED_TRACE(testing::Message() << t.X << " " << t.Y << " " << station->signB);
+        const Call call(function.name, "target (" + std::to_string(t.X) + ", " +
+                                           std::to_string(t.Y) + "), face " +
+                                           (station == &FACE_I ? "I" : "II"));
         const AngleObservation sight = station == &FACE_I ? aim(t) : face_two(aim(t));
         PlaneHitRecord out;
-        ASSERT_EQ(function(station, &sight, plane, &out), 0);
-        EXPECT_NEAR(std::hypot(out.X - t.X, out.Y - t.Y, out.H - t.H), 0.0, 1e-4);
-        EXPECT_NEAR(out.SightDistance, std::hypot(t.X - 1000.0, t.Y - 2000.0, t.H - 101.5), 1e-4);
-        EXPECT_NEAR(std::hypot(out.PlaneAlong - along, out.PlaneOffset - offset), 0.0, 1e-4);
-        EXPECT_TRUE(function != LIB_VPlane || plane[0].X != plane[1].X || out.X == plane[0].X);
-        EXPECT_TRUE(function != LIB_VPlane || plane[0].Y != plane[1].Y || out.Y == plane[0].Y);
+        ASSERT_STATUS(call, function.call(station, &sight, plane, &out), 0);
+        EXPECT_BELOW(call, std::hypot(out.X - t.X, out.Y - t.Y, out.H - t.H), 1e-4);
+        EXPECT_WITHIN(call, out.SightDistance, std::hypot(t.X - 1000.0, t.Y - 2000.0, t.H - 101.5),
+                      1e-4);
+        EXPECT_BELOW(call, std::hypot(out.PlaneAlong - along, out.PlaneOffset - offset), 1e-4);
+        if (vertical && plane[0].X == plane[1].X) {
+            EXPECT_BITS(call, out.X, plane[0].X);
+        }
+        if (vertical && plane[0].Y == plane[1].Y) {
+            EXPECT_BITS(call, out.Y, plane[0].Y);
+        }
     }
 }
 
@@ -55,15 +70,15 @@ void expect_hit(PlaneFunction function, const Plane& plane, SurveyPoint t, doubl
 
 TEST(Planes, SightAimedAtThePlaneHitsIt)
 {
-    expect_hit(LIB_VPlane, OBLIQUE, {1080, 2010, 110}, 0.4 * std::sqrt(25000.0), 20);
-    expect_hit(LIB_VPlane, EAST_WEST, {1100, 2030, 105}, 130.0, 105.0);
-    expect_hit(LIB_VPlane, NORTH_SOUTH, {960, 2150, 95}, 60.0, 95.0);
+    expect_hit(VPLANE, OBLIQUE, {1080, 2010, 110}, 0.4 * std::sqrt(25000.0), 20);
+    expect_hit(VPLANE, EAST_WEST, {1100, 2030, 105}, 130.0, 105.0);
+    expect_hit(VPLANE, NORTH_SOUTH, {960, 2150, 95}, 60.0, 95.0);
     // East of the level plane's line is right of it; north of the sloped
     // plane's line (rising half a metre per metre northward) is left of it.
-    expect_hit(LIB_SPlane, LEVEL, {1030, 2050, 95}, 30.0, 40.0);
+    expect_hit(SPLANE, LEVEL, {1030, 2050, 95}, 30.0, 40.0);
     // West of it is left, though its direction from P1 (326 degrees) is past a half circle.
-    expect_hit(LIB_SPlane, LEVEL, {1030, 1990, 95}, 30.0, -20.0);
-    expect_hit(LIB_SPlane, SLOPED, {1150, 1930, 125}, 30.0, -std::sqrt(3125.0));
+    expect_hit(SPLANE, LEVEL, {1030, 1990, 95}, 30.0, -20.0);
+    expect_hit(SPLANE, SLOPED, {1150, 1930, 125}, 30.0, -std::sqrt(3125.0));
 }
 
 TEST(Planes, FailuresInTheirOrder)
@@ -72,12 +87,13 @@ TEST(Planes, FailuresInTheirOrder)
     const AngleObservation away = {at.Horizontal + 648000.0, at.Zenith, 0.0};
     const SurveyPoint o1 = OBLIQUE[0];
     const double limit = qtest::LIMIT, above = qtest::ABOVE_LIMIT;
-    PlaneFunction function = LIB_VPlane;
+    PlaneFunction function = VPLANE;
     auto fails = [&](const char* name, const StationRecord& station, AngleObservation sight,
                      const Plane& plane, int status) {
+        const Call call(function.name, name);
         PlaneHitRecord out = qtest::sentinel_filled<PlaneHitRecord>();
-        EXPECT_EQ(function(&station, &sight, plane, &out), status) << name;
-        EXPECT_EQ(qtest::untouched(out), status != 0) << name;
+        EXPECT_STATUS(call, function.call(&station, &sight, plane, &out), status);
+        EXPECT_WRITTEN_IF(call, out, status == 0);
     };
     fails("sight away from the plane", FACE_I, away, OBLIQUE, 5);
     fails("under P1: azimuth 0", qtest::station(1100, 1950, 0), at, {o1, {1200, 1950, 0}}, 3);
@@ -96,7 +112,7 @@ TEST(Planes, FailuresInTheirOrder)
 
     const AngleObservation down = aim({1030, 2050, 95});
     const AngleObservation up = {down.Horizontal, 648000.0 - down.Zenith, 0.0};
-    function = LIB_SPlane;
+    function = SPLANE;
     fails("collinear", FACE_I, down, {{1000, 2000, 95}, {1010, 2000, 96}, {1020, 2000, 97}}, 3);
     fails("plane met behind the instrument", FACE_I, up, LEVEL, 5);
     fails("face II angles on face I", FACE_I, face_two(down), LEVEL, 5);

@@ -1,6 +1,8 @@
 // Base line, projection on a line and the reference-line functions.
-#include "bits.hpp"
+#include "check.hpp"
 #include "records.hpp"
+
+using qtest::Call;
 
 namespace {
 
@@ -18,29 +20,43 @@ SurveyPoint at(double along, double across, double h)
 TEST(ReferenceLine, BaseLineMeasuresAndFailures)
 {
     // From the origin: the 3-4-5 line, the limit and past it, a direction whose squares
-    // underflow, and a point plumb over the origin.
-    using qtest::ABOVE_LIMIT;
-    const SurveyPoint to[] = {
-        {300, 400, 10}, {qtest::LIMIT, 0, 0}, {ABOVE_LIMIT, 0, 0}, {1e-200, 0, 0}, {0, 0, 9}};
-    const int status[] = {0, 0, 2, 3, 3};
-    for (int i = 0; i < 5; ++i) {
+    // underflow, and a point plumb over the origin. The spares are never written.
+    const struct {
+        SurveyPoint to;
+        int status;
+        double distance, grade, azimuth;
+    } cases[] = {{{300, 400, 10}, 0, 500.0, 0.02, 191268.3717376482},
+                 {{qtest::LIMIT, 0, 0}, 0, qtest::LIMIT, 0.0, 0.0},
+                 {{qtest::ABOVE_LIMIT, 0, 0}, 2, 0, 0, 0},
+                 {{1e-200, 0, 0}, 3, 0, 0, 0},
+                 {{0, 0, 9}, 3, 0, 0, 0}};
+    for (const auto& [call, c] : qtest::rows("LIB_BaseLine", cases)) {
         BaselineRecord out = qtest::sentinel_filled<BaselineRecord>();
-        const SurveyPoint pts[] = {{}, to[i]};
-        EXPECT_EQ(LIB_BaseLine(pts, &out), status[i]) << i;
-        EXPECT_EQ(qtest::untouched(out), status[i] != 0) << i;
-        EXPECT_TRUE(qtest::untouched(out.Spare1) && qtest::untouched(out.Spare3));
-        EXPECT_TRUE(i != 0 || (out.HorizontalDistance == 500.0 && out.Grade == 0.02 &&
-                               out.Azimuth == 191268.3717376482));
+        const SurveyPoint pts[] = {{}, c.to};
+        EXPECT_STATUS(call, LIB_BaseLine(pts, &out), c.status);
+        if (c.status != 0) {
+            EXPECT_UNTOUCHED(call, out);
+            continue;
+        }
+        BaselineRecord expected = qtest::sentinel_filled<BaselineRecord>();
+        expected.HorizontalDistance = c.distance;
+        expected.Grade = c.grade;
+        expected.Azimuth = c.azimuth;
+        EXPECT_BITS(call, out, expected);
     }
     // A and B apart in height only: the other three refuse too.
     const SurveyPoint same[] = {A, {A.X, A.Y, 99.0}, B};
     const LinePosition pos = {1.0, 2.0};
+    const Call project("LIB_Project", "A plumb over B"), line("LIB_LSO_Line", "A plumb over B"),
+        set_out("LIB_LSO_Point", "A plumb over B");
     ProjectionRecord projection = qtest::sentinel_filled<ProjectionRecord>();
     SurveyPoint point = qtest::sentinel_filled<SurveyPoint>();
-    EXPECT_EQ(LIB_Project(same, &projection), 3);
-    EXPECT_EQ(LIB_LSO_Line(same, 1.0, &projection), 3);
-    EXPECT_EQ(LIB_LSO_Point(same, &pos, &point), 3);
-    EXPECT_TRUE(qtest::untouched(projection) && qtest::untouched(point));
+    EXPECT_STATUS(project, LIB_Project(same, &projection), 3);
+    EXPECT_UNTOUCHED(project, projection);
+    EXPECT_STATUS(line, LIB_LSO_Line(same, 1.0, &projection), 3);
+    EXPECT_UNTOUCHED(line, projection);
+    EXPECT_STATUS(set_out, LIB_LSO_Point(same, &pos, &point), 3);
+    EXPECT_UNTOUCHED(set_out, point);
 }
 
 TEST(ReferenceLine, PointSetOutIsFoundAgainAndExactCases)
@@ -50,39 +66,48 @@ TEST(ReferenceLine, PointSetOutIsFoundAgainAndExactCases)
     // P on A has no direction and a distance of 0; the angle is minus the line's azimuth, so
     // its negative sine gives -0.
     const LinePosition cases[] = {{120, 30}, {-40, -10}, {0, 25}, {650, 0}, {-50, 0}, {0, 0}};
-    for (const LinePosition& pos : cases) {
-        SCOPED_TRACE(testing::Message() << pos.Along << " " << pos.Across);
+    for (const auto& [row, pos] : qtest::rows(cases)) {
+        const Call set_out_call = row.of("LIB_LSO_Point"), project = row.of("LIB_Project"),
+                   line = row.of("LIB_LSO_Line");
         const SurveyPoint pts[] = {A, B, at(pos.Along, pos.Across, 57.0)},
                           foot = at(pos.Along, 0, 0);
         const double line_h = A.H + pos.Along * 0.02;
         SurveyPoint set_out;
-        ASSERT_EQ(LIB_LSO_Point(pts, &pos, &set_out), 0);
-        EXPECT_NEAR(std::hypot(set_out.X - pts[2].X, set_out.Y - pts[2].Y), 0.0, 2e-3);
-        EXPECT_NEAR(set_out.H, line_h, 1e-9);
+        ASSERT_STATUS(set_out_call, LIB_LSO_Point(pts, &pos, &set_out), 0);
+        EXPECT_BELOW(set_out_call, std::hypot(set_out.X - pts[2].X, set_out.Y - pts[2].Y), 2e-3);
+        EXPECT_WITHIN(set_out_call, set_out.H, line_h, 1e-9);
         ProjectionRecord found;
-        ASSERT_EQ(LIB_Project(pts, &found), 0);
-        // Across is 0 on the line itself.
-        EXPECT_TRUE(pos.Along != 0.0 || pos.Across != 0.0 || std::signbit(found.Across));
-        EXPECT_NEAR(std::hypot(found.Along - pos.Along, found.Across - pos.Across), 0.0, 1e-5);
-        EXPECT_NEAR(std::hypot(found.FootX - foot.X, found.FootY - foot.Y), 0.0, 1e-5);
-        EXPECT_NEAR(std::hypot(found.FootH - line_h, found.LineDH - (57.0 - line_h)), 0.0, 1e-7);
+        ASSERT_STATUS(project, LIB_Project(pts, &found), 0);
+        if (pos.Along == 0.0 && pos.Across == 0.0) {
+            EXPECT_BITS(project, found.Across, -0.0);
+        }
+        EXPECT_BELOW(project, std::hypot(found.Along - pos.Along, found.Across - pos.Across), 1e-5);
+        EXPECT_BELOW(project, std::hypot(found.FootX - foot.X, found.FootY - foot.Y), 1e-5);
+        // Together within 1e-7.
+        EXPECT_WITHIN(project, found.FootH, line_h, 7e-8);
+        EXPECT_WITHIN(project, found.LineDH, 57.0 - line_h, 7e-8);
         ProjectionRecord against = qtest::sentinel_filled<ProjectionRecord>();
-        ASSERT_EQ(LIB_LSO_Line(pts, 5.0, &against), 0);
-        EXPECT_TRUE(against.Along == found.Along && against.LineDH == found.LineDH);
-        EXPECT_NEAR(against.Across, pos.Across - 5.0, 1e-5);
-        EXPECT_TRUE(qtest::untouched(against.FootX) && qtest::untouched(against.FootY) &&
-                    qtest::untouched(against.FootH));
+        ASSERT_STATUS(line, LIB_LSO_Line(pts, 5.0, &against), 0);
+        EXPECT_BITS(line, against.Along, found.Along);
+        EXPECT_BITS(line, against.LineDH, found.LineDH);
+        EXPECT_WITHIN(line, against.Across, pos.Across - 5.0, 1e-5);
+        EXPECT_UNTOUCHED(line, against.FootX);
+        EXPECT_UNTOUCHED(line, against.FootY);
+        EXPECT_UNTOUCHED(line, against.FootH);
     }
     // 4 mm across at 1000 m is 0.825 seconds off the line, cut to 0: the point
     // is set out on the line at the full radial distance.
+    const Call close("LIB_LSO_Point", "4 mm across at 1000 m");
     const SurveyPoint north[] = {{0.0, 0.0, 0.0}, {10.0, 0.0, 0.0}};
     const LinePosition pos = {1000.0, 0.004};
     SurveyPoint point;
-    ASSERT_EQ(LIB_LSO_Point(north, &pos, &point), 0);
-    EXPECT_TRUE(point.X == 1000.000000008 && qtest::same_double(point.Y, 0.0)) << point.X;
+    ASSERT_STATUS(close, LIB_LSO_Point(north, &pos, &point), 0);
+    EXPECT_BITS(close, point.X, 1000.000000008);
+    EXPECT_BITS(close, point.Y, 0.0);
     // 100 m to the left: -324000 seconds, taken round to 972000, which with pi as 3.1415926
     // falls short of the true west by 3 pi / 2 - 4.7123889 = 8.0384690e-8 radians.
+    const Call to_the_left("LIB_LSO_Point", "100 m to the left");
     const LinePosition left = {0.0, -100.0};
-    ASSERT_EQ(LIB_LSO_Point(north, &left, &point), 0);
-    EXPECT_NEAR(point.X, -100.0 * 8.0384690e-8, 1e-12);
+    ASSERT_STATUS(to_the_left, LIB_LSO_Point(north, &left, &point), 0);
+    EXPECT_WITHIN(to_the_left, point.X, -100.0 * 8.0384690e-8, 1e-12);
 }

@@ -3,13 +3,10 @@
 #ifndef QUILLON_TESTS_BITS_HPP
 #define QUILLON_TESTS_BITS_HPP
 
-#include <gtest/gtest.h>
-
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
-#include <string>
 
 namespace qtest {
 
@@ -20,13 +17,6 @@ inline std::uint64_t bits_of(double value)
     return bits;
 }
 
-inline double from_bits(std::uint64_t bits)
-{
-    double value = 0.0;
-    std::memcpy(&value, &bits, sizeof value);
-    return value;
-}
-
 // Two doubles are the same result when their bits agree; any two
 // not-a-numbers count as the same, and +0 and -0 stay apart.
 inline bool same_double(double a, double b)
@@ -35,24 +25,6 @@ inline bool same_double(double a, double b)
         return true;
     }
     return bits_of(a) == bits_of(b);
-}
-
-inline std::string describe(double value)
-{
-    char text[64];
-    std::snprintf(text, sizeof text, "%.17g (0x%016llx)", value,
-                  static_cast<unsigned long long>(bits_of(value)));
-    return text;
-}
-
-inline ::testing::AssertionResult SameDouble(const char* actual_expr, const char* expected_expr,
-                                             double actual, double expected)
-{
-    if (same_double(actual, expected)) {
-        return ::testing::AssertionSuccess();
-    }
-    return ::testing::AssertionFailure() << actual_expr << " is " << describe(actual) << "\n"
-                                         << expected_expr << " is " << describe(expected);
 }
 
 // Every byte of a sentinel-filled record holds this pattern; as a double it
@@ -86,9 +58,5 @@ template <typename T> bool untouched(const T& object)
 inline double sentinel_double() { return sentinel_filled<double>(); }
 
 } // namespace qtest
-
-// Exact (bit) equality of two doubles.
-#define EXPECT_BITS(actual, expected) EXPECT_PRED_FORMAT2(::qtest::SameDouble, actual, expected)
-#define ASSERT_BITS(actual, expected) ASSERT_PRED_FORMAT2(::qtest::SameDouble, actual, expected)
 
 #endif

@@ -2,7 +2,7 @@
 // at a chainage and offset are found again by locate on every element kind,
 // at the joints and at the ends, the special places of locate, long tables,
 // tables built by the device, and bad input.
-#include "bits.hpp"
+#include "check.hpp"
 #include "records.hpp"
 #include "survey_road_support.hpp"
 
@@ -40,7 +40,8 @@ TEST(SurveyAlignment, BuiltTableIsContinuousAtEveryJoint)
     for (std::size_t i = 0; i < joints.size(); ++i) {
         EXPECT_LE(joints[i].gap, 1e-10) << "joint " << i;
         EXPECT_LE(std::fabs(joints[i].azimuth_gap), 1e-7) << "joint " << i;
-        EXPECT_BITS(table[i + 1].Chainage, table[i].Chainage + table[i].Length);
+        EXPECT_BITS(qtest::Call("qs_alignment_build", static_cast<std::ptrdiff_t>(i)),
+                    table[i + 1].Chainage, table[i].Chainage + table[i].Length);
     }
     EXPECT_EQ(table.back().Type, 0);
     // Approaching every joint from the element before ends at the record.
@@ -180,9 +181,10 @@ TEST(SurveyAlignment, AnglePointsArcCentresAndEnds)
     corner[2] = HElement{0, 100.0, 50.0, 324000.0, 0.0, 0.0, 0, 0, 150.0};
     qs_station_offset found = locate(corner, 103.0, -4.0);
     EXPECT_EQ(found.element, 1u);
-    EXPECT_BITS(found.chainage, 100.0);
-    EXPECT_BITS(found.offset, -5.0); // to the left of a right-hand bend
-    EXPECT_BITS(found.azimuth, 324000.0);
+    EXPECT_BITS(qtest::Call("qs_alignment_locate", "angle point"), found.chainage, 100.0);
+    EXPECT_BITS(qtest::Call("qs_alignment_locate", "angle point"), found.offset,
+                -5.0); // to the left of a right-hand bend
+    EXPECT_BITS(qtest::Call("qs_alignment_locate", "angle point"), found.azimuth, 324000.0);
     found = locate(corner, 98.0, 3.0); // inside: 3 m from the first, 2 m from the second
     EXPECT_EQ(found.element, 1u);
     EXPECT_NEAR(found.chainage, 103.0, 1e-12);
@@ -202,9 +204,9 @@ TEST(SurveyAlignment, AnglePointsArcCentresAndEnds)
     EXPECT_EQ(qs_alignment_locate(corner.data(), 3, 110.0, 50.001, &out), QS_OUTSIDE_ALIGNMENT);
     EXPECT_TRUE(qtest::untouched(out));
     found = locate(corner, -0.9e-6, 1.0);
-    EXPECT_BITS(found.chainage, 0.0);
+    EXPECT_BITS(qtest::Call("qs_alignment_locate", "start"), found.chainage, 0.0);
     found = locate(corner, 110.0, 50.0 + 0.9e-6);
-    EXPECT_BITS(found.chainage, 150.0);
+    EXPECT_BITS(qtest::Call("qs_alignment_locate", "end"), found.chainage, 150.0);
     EXPECT_EQ(qs_alignment_point(corner.data(), 3, -1e-9, 0.0, &out), QS_OUTSIDE_ALIGNMENT);
     EXPECT_EQ(qs_alignment_point(corner.data(), 3, 150.0 + 1e-9, 0.0, &out), QS_OUTSIDE_ALIGNMENT);
     EXPECT_TRUE(qtest::untouched(out));

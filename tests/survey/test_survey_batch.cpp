@@ -1,7 +1,7 @@
 // Polar points and joins with the true pi, and the batches: every element of
 // a batch is the single function's result to the bit, a bad element leaves
 // every output alone, and a point the single function cannot place gets NaN.
-#include "bits.hpp"
+#include "check.hpp"
 #include "records.hpp"
 #include "survey_road_support.hpp"
 
@@ -12,7 +12,6 @@ namespace {
 
 using qtest::INF;
 using qtest::NaN;
-using qtest::sentinel_double;
 
 // Points on known directions, whose azimuths and distances are exact or
 // known in closed form. Tolerances: 1e-9 arc-seconds and 1e-12 m.
@@ -47,19 +46,18 @@ const JoinCase JOINS[] = {
 TEST(SurveyPolar, JoinsOnKnownDirections)
 {
     for (const JoinCase& c : JOINS) {
+        const qtest::Call call("qs_join", c.name);
         qs_join_result join{};
-        ASSERT_EQ(qs_join(&c.from, &c.to, &join), QS_OK) << c.name;
-        EXPECT_NEAR(join.azimuth, c.azimuth, 1e-9) << c.name;
-        EXPECT_GE(join.azimuth, 0.0) << c.name;
-        EXPECT_LT(join.azimuth, 1296000.0) << c.name;
-        EXPECT_NEAR(join.horizontal_distance, c.horizontal_distance, 1e-12) << c.name;
-        EXPECT_BITS(join.height_difference, c.to.H - c.from.H);
-        EXPECT_NEAR(join.zenith, c.zenith, 1e-9) << c.name;
-        EXPECT_NEAR(join.slope_distance,
-                    std::sqrt(c.horizontal_distance * c.horizontal_distance +
-                              join.height_difference * join.height_difference),
-                    1e-12)
-            << c.name;
+        ASSERT_STATUS(call, qs_join(&c.from, &c.to, &join), QS_OK);
+        EXPECT_WITHIN(call, join.azimuth, c.azimuth, 1e-9);
+        EXPECT_TRUE(join.azimuth >= 0.0 && join.azimuth < 1296000.0) << call;
+        EXPECT_WITHIN(call, join.horizontal_distance, c.horizontal_distance, 1e-12);
+        EXPECT_BITS(call, join.height_difference, c.to.H - c.from.H);
+        EXPECT_WITHIN(call, join.zenith, c.zenith, 1e-9);
+        EXPECT_WITHIN(call, join.slope_distance,
+                      std::sqrt(c.horizontal_distance * c.horizontal_distance +
+                                join.height_difference * join.height_difference),
+                      1e-12);
     }
 }
 
@@ -70,11 +68,12 @@ TEST(SurveyPolar, QuarterCirclesAreExact)
     const SurveyPoint origin{0.0, 0.0, 0.0};
     const SurveyPoint east{0.0, 1.0, 0.0};
     const SurveyPoint south{-1.0, 0.0, 0.0};
+    const qtest::Call call("qs_join", "quarter circles");
     qs_join_result join{};
-    ASSERT_EQ(qs_join(&origin, &east, &join), QS_OK);
-    EXPECT_BITS(join.azimuth, 324000.0);
-    ASSERT_EQ(qs_join(&origin, &south, &join), QS_OK);
-    EXPECT_BITS(join.azimuth, 648000.0);
+    ASSERT_STATUS(call, qs_join(&origin, &east, &join), QS_OK);
+    EXPECT_BITS(call.at("east"), join.azimuth, 324000.0);
+    ASSERT_STATUS(call, qs_join(&origin, &south, &join), QS_OK);
+    EXPECT_BITS(call.at("south"), join.azimuth, 648000.0);
 }
 
 // A point set out is found again by the join, whatever the azimuth's fold.
@@ -85,18 +84,19 @@ TEST(SurveyPolar, PointSetOutIsJoinedAgain)
     const double distances[] = {0.001, 12.5, 1000.0, 87654.321};
     for (double azimuth : azimuths) {
         for (double distance : distances) {
+            const qtest::Call call("qs_polar_point",
+                                   std::to_string(azimuth) + " at " + std::to_string(distance));
             SurveyPoint point{};
-            ASSERT_EQ(qs_polar_point(&station, azimuth, distance, &point), QS_OK);
-            EXPECT_BITS(point.H, station.H);
+            ASSERT_STATUS(call, qs_polar_point(&station, azimuth, distance, &point), QS_OK);
+            EXPECT_BITS(call, point.H, station.H);
             qs_join_result join{};
-            ASSERT_EQ(qs_join(&station, &point, &join), QS_OK);
+            ASSERT_STATUS(call.of("qs_join"), qs_join(&station, &point, &join), QS_OK);
             const double expected = std::fmod(std::fmod(azimuth, 1296000.0) + 1296000.0, 1296000.0);
             // Coordinates near 5000 m carry 1e-12 m of rounding: over the
             // shortest distance that is 2e-4 arc-seconds of direction.
-            EXPECT_NEAR(roadtest::azimuth_difference(join.azimuth, expected), 0.0,
-                        2.5e-10 / distance * QS_RHO_SEC)
-                << azimuth << " " << distance;
-            EXPECT_NEAR(join.horizontal_distance, distance, 1e-11) << azimuth << " " << distance;
+            EXPECT_WITHIN(call, roadtest::azimuth_difference(join.azimuth, expected), 0.0,
+                          2.5e-10 / distance * QS_RHO_SEC);
+            EXPECT_WITHIN(call, join.horizontal_distance, distance, 1e-11);
         }
     }
 }
@@ -104,12 +104,13 @@ TEST(SurveyPolar, PointSetOutIsJoinedAgain)
 TEST(SurveyPolar, NegativeDistanceSetsOutTheOppositeWay)
 {
     const SurveyPoint station{10.0, 20.0, 0.0};
+    const qtest::Call call("qs_polar_point", "negative distance");
     SurveyPoint ahead{};
     SurveyPoint behind{};
-    ASSERT_EQ(qs_polar_point(&station, 100000.0, -25.0, &behind), QS_OK);
-    ASSERT_EQ(qs_polar_point(&station, 100000.0 + 648000.0, 25.0, &ahead), QS_OK);
-    EXPECT_NEAR(behind.X, ahead.X, 1e-12);
-    EXPECT_NEAR(behind.Y, ahead.Y, 1e-12);
+    ASSERT_STATUS(call, qs_polar_point(&station, 100000.0, -25.0, &behind), QS_OK);
+    ASSERT_STATUS(call, qs_polar_point(&station, 100000.0 + 648000.0, 25.0, &ahead), QS_OK);
+    EXPECT_WITHIN(call, behind.X, ahead.X, 1e-12);
+    EXPECT_WITHIN(call, behind.Y, ahead.Y, 1e-12);
 }
 
 struct BadPolar {
@@ -133,14 +134,16 @@ const BadPolar BAD_POLARS[] = {
 TEST(SurveyPolar, BadInputWritesNothing)
 {
     for (const BadPolar& c : BAD_POLARS) {
+        const qtest::Call call("qs_polar_point", c.name);
         SurveyPoint out = qtest::sentinel_filled<SurveyPoint>();
-        EXPECT_EQ(qs_polar_point(&c.from, c.azimuth, c.distance, &out), QS_BAD_ARGUMENT) << c.name;
-        EXPECT_TRUE(qtest::untouched(out)) << c.name;
+        EXPECT_STATUS(call, qs_polar_point(&c.from, c.azimuth, c.distance, &out), QS_BAD_ARGUMENT);
+        EXPECT_UNTOUCHED(call, out);
     }
+    const qtest::Call call("qs_polar_point", "distance on the bound");
     SurveyPoint edge{};
     const SurveyPoint origin{0, 0, 0};
-    EXPECT_EQ(qs_polar_point(&origin, 0.0, QS_MAX_LENGTH, &edge), QS_OK);
-    EXPECT_EQ(qs_polar_point(&origin, 0.0, -QS_MAX_LENGTH, &edge), QS_OK);
+    EXPECT_STATUS(call, qs_polar_point(&origin, 0.0, QS_MAX_LENGTH, &edge), QS_OK);
+    EXPECT_STATUS(call, qs_polar_point(&origin, 0.0, -QS_MAX_LENGTH, &edge), QS_OK);
 }
 
 TEST(SurveyPolar, JoinRefusesCoincidentAndBadPoints)
@@ -148,18 +151,19 @@ TEST(SurveyPolar, JoinRefusesCoincidentAndBadPoints)
     const SurveyPoint a{100.0, 200.0, 0.0};
     const SurveyPoint plumb{100.0, 200.0, 50.0};
     const SurveyPoint bad[] = {{NaN, 0, 0}, {0, -INF, 0}, {0, 0, 1.5e9}};
+    const qtest::Call call("qs_join");
     qs_join_result out = qtest::sentinel_filled<qs_join_result>();
-    EXPECT_EQ(qs_join(&a, &plumb, &out), QS_SINGULAR);
-    EXPECT_TRUE(qtest::untouched(out));
-    for (const SurveyPoint& p : bad) {
-        EXPECT_EQ(qs_join(&a, &p, &out), QS_BAD_ARGUMENT);
-        EXPECT_EQ(qs_join(&p, &a, &out), QS_BAD_ARGUMENT);
-        EXPECT_TRUE(qtest::untouched(out));
+    EXPECT_STATUS(call.at("plumb"), qs_join(&a, &plumb, &out), QS_SINGULAR);
+    EXPECT_TRUE(qtest::untouched(out)) << call.at("plumb");
+    for (const auto& [row, p] : qtest::rows("qs_join", bad)) {
+        EXPECT_STATUS(row, qs_join(&a, &p, &out), QS_BAD_ARGUMENT);
+        EXPECT_STATUS(row, qs_join(&p, &a, &out), QS_BAD_ARGUMENT);
+        EXPECT_TRUE(qtest::untouched(out)) << row;
     }
     // A step of one unit in the last place is a direction.
     const SurveyPoint next{std::nextafter(100.0, INF), 200.0, 0.0};
-    EXPECT_EQ(qs_join(&a, &next, &out), QS_OK);
-    EXPECT_BITS(out.azimuth, 0.0);
+    EXPECT_STATUS(call.at("one unit north"), qs_join(&a, &next, &out), QS_OK);
+    EXPECT_BITS(call.at("one unit north"), out.azimuth, 0.0);
 }
 
 // ---- batches ----------------------------------------------------------------
@@ -184,22 +188,27 @@ TEST(SurveyBatch, PolarPointsAreTheSingleResultsToTheBit)
     const std::size_t n = 2000;
     const std::vector<double> azimuths = spread(n, -3e6, 3e6, 1);
     const std::vector<double> distances = spread(n, -5000.0, 5000.0, 2);
+    const qtest::Call call("qs_polar_points");
     std::vector<double> x(n), y(n);
-    ASSERT_EQ(qs_polar_points(&station, azimuths.data(), distances.data(), n, x.data(), y.data()),
-              QS_OK);
+    ASSERT_STATUS(
+        call, qs_polar_points(&station, azimuths.data(), distances.data(), n, x.data(), y.data()),
+        QS_OK);
     for (std::size_t i = 0; i < n; ++i) {
+        const qtest::Call element("qs_polar_points", static_cast<std::ptrdiff_t>(i));
         SurveyPoint single{};
-        ASSERT_EQ(qs_polar_point(&station, azimuths[i], distances[i], &single), QS_OK);
-        ASSERT_BITS(x[i], single.X);
-        ASSERT_BITS(y[i], single.Y);
+        ASSERT_STATUS(element.of("qs_polar_point"),
+                      qs_polar_point(&station, azimuths[i], distances[i], &single), QS_OK);
+        ASSERT_BITS(element, x[i], single.X);
+        ASSERT_BITS(element, y[i], single.Y);
     }
     // In place: the outputs written over the inputs.
     std::vector<double> a = azimuths;
     std::vector<double> d = distances;
-    ASSERT_EQ(qs_polar_points(&station, a.data(), d.data(), n, a.data(), d.data()), QS_OK);
+    ASSERT_STATUS(call.at("in place"),
+                  qs_polar_points(&station, a.data(), d.data(), n, a.data(), d.data()), QS_OK);
     for (std::size_t i = 0; i < n; ++i) {
-        ASSERT_BITS(a[i], x[i]);
-        ASSERT_BITS(d[i], y[i]);
+        ASSERT_BITS(call.at("in place, element " + std::to_string(i)), a[i], x[i]);
+        ASSERT_BITS(call.at("in place, element " + std::to_string(i)), d[i], y[i]);
     }
 }
 
@@ -212,19 +221,22 @@ TEST(SurveyBatch, JoinsAreTheSingleResultsToTheBit)
     x[7] = station.X; // on the station in plan
     y[7] = station.Y;
     std::vector<double> azimuths(n), distances(n);
-    ASSERT_EQ(qs_joins(&station, x.data(), y.data(), n, azimuths.data(), distances.data()), QS_OK);
+    ASSERT_STATUS(qtest::Call("qs_joins"),
+                  qs_joins(&station, x.data(), y.data(), n, azimuths.data(), distances.data()),
+                  QS_OK);
     for (std::size_t i = 0; i < n; ++i) {
+        const qtest::Call element("qs_joins", static_cast<std::ptrdiff_t>(i));
         const SurveyPoint to{x[i], y[i], 0.0};
         qs_join_result single{};
         if (i == 7) {
-            EXPECT_EQ(qs_join(&station, &to, &single), QS_SINGULAR);
+            EXPECT_STATUS(element.of("qs_join"), qs_join(&station, &to, &single), QS_SINGULAR);
             EXPECT_TRUE(std::isnan(azimuths[i]));
-            EXPECT_BITS(distances[i], 0.0);
+            EXPECT_BITS(element, distances[i], 0.0);
             continue;
         }
-        ASSERT_EQ(qs_join(&station, &to, &single), QS_OK);
-        ASSERT_BITS(azimuths[i], single.azimuth);
-        ASSERT_BITS(distances[i], single.horizontal_distance);
+        ASSERT_STATUS(element.of("qs_join"), qs_join(&station, &to, &single), QS_OK);
+        ASSERT_BITS(element, azimuths[i], single.azimuth);
+        ASSERT_BITS(element, distances[i], single.horizontal_distance);
     }
 }
 
@@ -240,111 +252,136 @@ TEST(SurveyBatch, LocateManyIsTheSingleResultsToTheBit)
     x[0] = roadtest::ROAD_X - 1000.0 * std::cos(roadtest::ROAD_AZIMUTH * QS_RAD_PER_SEC);
     y[0] = roadtest::ROAD_Y - 1000.0 * std::sin(roadtest::ROAD_AZIMUTH * QS_RAD_PER_SEC);
     std::vector<double> chainages(n), offsets(n);
-    ASSERT_EQ(qs_alignment_locate_many(table.data(), table.size(), x.data(), y.data(), n,
-                                       chainages.data(), offsets.data()),
-              QS_OK);
+    ASSERT_STATUS(qtest::Call("qs_alignment_locate_many"),
+                  qs_alignment_locate_many(table.data(), table.size(), x.data(), y.data(), n,
+                                           chainages.data(), offsets.data()),
+                  QS_OK);
     std::size_t outside = 0;
     for (std::size_t i = 0; i < n; ++i) {
+        const qtest::Call element("qs_alignment_locate_many", static_cast<std::ptrdiff_t>(i));
         qs_station_offset single = qtest::sentinel_filled<qs_station_offset>();
         const qs_status status =
             qs_alignment_locate(table.data(), table.size(), x[i], y[i], &single);
         if (status == QS_OUTSIDE_ALIGNMENT) {
             ++outside;
-            EXPECT_TRUE(std::isnan(chainages[i])) << i;
-            EXPECT_TRUE(std::isnan(offsets[i])) << i;
+            EXPECT_TRUE(std::isnan(chainages[i])) << element;
+            EXPECT_TRUE(std::isnan(offsets[i])) << element;
             continue;
         }
-        ASSERT_EQ(status, QS_OK);
-        ASSERT_BITS(chainages[i], single.chainage);
-        ASSERT_BITS(offsets[i], single.offset);
+        ASSERT_STATUS(element.of("qs_alignment_locate"), status, QS_OK);
+        ASSERT_BITS(element, chainages[i], single.chainage);
+        ASSERT_BITS(element, offsets[i], single.offset);
     }
     EXPECT_GE(outside, 1u);
     EXPECT_LT(outside, n / 2);
 }
 
-// A bad element anywhere, the last one included, refuses the whole batch and
-// leaves every output element alone.
-TEST(SurveyBatch, OneBadElementLeavesEveryOutputAlone)
+// The three batches over arrays a and b (the inputs) into c and d.
+struct Batch {
+    const char* function;
+    qs_status (*run)(const double* a, const double* b, std::size_t count, double* c, double* d);
+};
+
+const SurveyPoint STATION{0.0, 0.0, 0.0};
+
+const std::vector<HElement>& road()
 {
-    const SurveyPoint station{0.0, 0.0, 0.0};
-    const SurveyPoint bad_station{0.0, NaN, 0.0};
-    const std::vector<HElement> table =
+    static const std::vector<HElement> table =
         roadtest::exact_table(roadtest::sample_road(), roadtest::ROAD_X, roadtest::ROAD_Y,
                               roadtest::ROAD_AZIMUTH, roadtest::ROAD_CHAINAGE);
-    std::vector<HElement> broken = table;
-    broken[3].Length = -1.0;
-    const std::size_t n = 5;
+    return table;
+}
+
+const Batch BATCHES[] = {
+    {"qs_polar_points", [](const double* a, const double* b, std::size_t n, double* c,
+                           double* d) { return qs_polar_points(&STATION, a, b, n, c, d); }},
+    {"qs_polar_points", [](const double* a, const double* b, std::size_t n, double* c,
+                           double* d) { return qs_polar_points(&STATION, b, a, n, c, d); }},
+    {"qs_joins", [](const double* a, const double* b, std::size_t n, double* c,
+                    double* d) { return qs_joins(&STATION, a, b, n, c, d); }},
+    {"qs_joins", [](const double* a, const double* b, std::size_t n, double* c,
+                    double* d) { return qs_joins(&STATION, b, a, n, c, d); }},
+    {"qs_alignment_locate_many",
+     [](const double* a, const double* b, std::size_t n, double* c, double* d) {
+         return qs_alignment_locate_many(road().data(), road().size(), a, b, n, c, d);
+     }},
+    {"qs_alignment_locate_many",
+     [](const double* a, const double* b, std::size_t n, double* c, double* d) {
+         return qs_alignment_locate_many(road().data(), road().size(), b, a, n, c, d);
+     }},
+};
+
+// A bad element anywhere, the last one included, refuses the whole batch and
+// leaves every output element alone. (Any finite azimuth is taken, so a
+// polar batch is refused only for its distances there.)
+TEST(SurveyBatch, OneBadElementLeavesEveryOutputAlone)
+{
+    constexpr std::size_t n = 5;
     const double bad_values[] = {NaN, INF, -INF, std::nextafter(QS_MAX_LENGTH, INF)};
-    for (double bad : bad_values) {
-        for (std::size_t at : {std::size_t{0}, n - 1}) {
-            std::vector<double> good(n, 10.0);
-            std::vector<double> spoiled = good;
-            spoiled[at] = bad;
-            std::vector<double> a(n, sentinel_double()), b(n, sentinel_double());
-            auto untouched = [&] {
-                for (std::size_t i = 0; i < n; ++i) {
-                    if (!qtest::same_double(a[i], sentinel_double()) ||
-                        !qtest::same_double(b[i], sentinel_double())) {
-                        return false;
-                    }
-                }
-                return true;
-            };
-            if (!std::isfinite(bad)) { // any finite azimuth is taken
-                EXPECT_EQ(
-                    qs_polar_points(&station, spoiled.data(), good.data(), n, a.data(), b.data()),
-                    QS_BAD_ARGUMENT);
+    for (const auto& [row, batch] : qtest::rows(BATCHES)) {
+        const qtest::Call call = row.of(batch.function);
+        for (double bad : bad_values) {
+            if (std::isfinite(bad) && &batch == &BATCHES[1]) {
+                continue; // an azimuth beyond QS_MAX_LENGTH is still an angle
             }
-            EXPECT_EQ(qs_polar_points(&station, good.data(), spoiled.data(), n, a.data(), b.data()),
-                      QS_BAD_ARGUMENT);
-            EXPECT_EQ(qs_joins(&station, spoiled.data(), good.data(), n, a.data(), b.data()),
-                      QS_BAD_ARGUMENT);
-            EXPECT_EQ(qs_joins(&station, good.data(), spoiled.data(), n, a.data(), b.data()),
-                      QS_BAD_ARGUMENT);
-            EXPECT_EQ(qs_alignment_locate_many(table.data(), table.size(), good.data(),
-                                               spoiled.data(), n, a.data(), b.data()),
-                      QS_BAD_ARGUMENT);
-            EXPECT_TRUE(untouched()) << bad << " at " << at;
+            for (std::size_t at : {std::size_t{0}, n - 1}) {
+                std::vector<double> good(n, 10.0);
+                std::vector<double> spoiled = good;
+                spoiled[at] = bad;
+                double c[n];
+                double d[n];
+                qtest::fill_sentinel(c);
+                qtest::fill_sentinel(d);
+                const qtest::Call where =
+                    call.at(std::to_string(bad) + " at " + std::to_string(at));
+                EXPECT_STATUS(where, batch.run(good.data(), spoiled.data(), n, c, d),
+                              QS_BAD_ARGUMENT);
+                EXPECT_UNTOUCHED(where, c);
+                EXPECT_UNTOUCHED(where, d);
+            }
         }
     }
+}
+
+TEST(SurveyBatch, BadStationOrTableLeavesEveryOutputAlone)
+{
+    const SurveyPoint bad_station{0.0, NaN, 0.0};
+    std::vector<HElement> broken = road();
+    broken[3].Length = -1.0;
+    constexpr std::size_t n = 5;
     std::vector<double> good(n, 10.0);
-    std::vector<double> a(n, sentinel_double()), b(n, sentinel_double());
-    EXPECT_EQ(qs_polar_points(&bad_station, good.data(), good.data(), n, a.data(), b.data()),
-              QS_BAD_ARGUMENT);
-    EXPECT_EQ(qs_joins(&bad_station, good.data(), good.data(), n, a.data(), b.data()),
-              QS_BAD_ARGUMENT);
-    EXPECT_EQ(qs_alignment_locate_many(broken.data(), broken.size(), good.data(), good.data(), n,
-                                       a.data(), b.data()),
-              QS_BAD_ARGUMENT);
-    EXPECT_EQ(
-        qs_alignment_locate_many(table.data(), 1, good.data(), good.data(), n, a.data(), b.data()),
+    double c[n];
+    double d[n];
+    qtest::fill_sentinel(c);
+    qtest::fill_sentinel(d);
+    const qtest::Call call("bad station or table");
+    EXPECT_STATUS(call.of("qs_polar_points"),
+                  qs_polar_points(&bad_station, good.data(), good.data(), n, c, d),
+                  QS_BAD_ARGUMENT);
+    EXPECT_STATUS(call.of("qs_joins"), qs_joins(&bad_station, good.data(), good.data(), n, c, d),
+                  QS_BAD_ARGUMENT);
+    EXPECT_STATUS(
+        call.of("qs_alignment_locate_many"),
+        qs_alignment_locate_many(broken.data(), broken.size(), good.data(), good.data(), n, c, d),
         QS_BAD_ARGUMENT);
-    for (std::size_t i = 0; i < n; ++i) {
-        EXPECT_BITS(a[i], sentinel_double());
-        EXPECT_BITS(b[i], sentinel_double());
-    }
+    EXPECT_STATUS(call.of("qs_alignment_locate_many").at("one record"),
+                  qs_alignment_locate_many(road().data(), 1, good.data(), good.data(), n, c, d),
+                  QS_BAD_ARGUMENT);
+    EXPECT_UNTOUCHED(call, c);
+    EXPECT_UNTOUCHED(call, d);
 }
 
 // An empty batch reads and writes nothing; a count beyond the bound is
 // refused before any array is read (null arrays stand in for them here).
 TEST(SurveyBatch, EmptyAndOversizedCounts)
 {
-    const SurveyPoint station{0.0, 0.0, 0.0};
-    const std::vector<HElement> table =
-        roadtest::exact_table(roadtest::sample_road(), roadtest::ROAD_X, roadtest::ROAD_Y,
-                              roadtest::ROAD_AZIMUTH, roadtest::ROAD_CHAINAGE);
     const std::size_t oversized = static_cast<std::size_t>(QS_MAX_BATCH) + 1;
-    EXPECT_EQ(qs_polar_points(&station, nullptr, nullptr, 0, nullptr, nullptr), QS_OK);
-    EXPECT_EQ(qs_joins(&station, nullptr, nullptr, 0, nullptr, nullptr), QS_OK);
-    EXPECT_EQ(
-        qs_alignment_locate_many(table.data(), table.size(), nullptr, nullptr, 0, nullptr, nullptr),
-        QS_OK);
-    EXPECT_EQ(qs_polar_points(&station, nullptr, nullptr, oversized, nullptr, nullptr),
-              QS_BAD_ARGUMENT);
-    EXPECT_EQ(qs_joins(&station, nullptr, nullptr, oversized, nullptr, nullptr), QS_BAD_ARGUMENT);
-    EXPECT_EQ(qs_alignment_locate_many(table.data(), table.size(), nullptr, nullptr, oversized,
-                                       nullptr, nullptr),
-              QS_BAD_ARGUMENT);
+    for (const auto& [row, batch] : qtest::rows(BATCHES)) {
+        const qtest::Call call = row.of(batch.function);
+        EXPECT_STATUS(call.at("empty"), batch.run(nullptr, nullptr, 0, nullptr, nullptr), QS_OK);
+        EXPECT_STATUS(call.at("oversized"),
+                      batch.run(nullptr, nullptr, oversized, nullptr, nullptr), QS_BAD_ARGUMENT);
+    }
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 // are continuous at every joint, circular curves are circles (checked by the
 // geometry of the grade intersection), and the design check of a measured
 // point; bad input.
-#include "bits.hpp"
+#include "check.hpp"
 #include "records.hpp"
 #include "survey_road_support.hpp"
 
@@ -60,8 +60,10 @@ TEST(SurveyProfile, GradesAndParabolasMatchTheDeviceAndAreContinuous)
         const qs_profile_point at = height_at(table, table[i].Chainage);
         EXPECT_NEAR(before.height, at.height, 1e-8) << "joint " << i;
         EXPECT_NEAR(before.grade, at.grade, 1e-9) << "joint " << i;
-        EXPECT_BITS(at.height, table[i].Elevation);
-        EXPECT_BITS(at.grade, table[i].GradeIn);
+        EXPECT_BITS(qtest::Call("qs_profile_height", static_cast<std::ptrdiff_t>(i)), at.height,
+                    table[i].Elevation);
+        EXPECT_BITS(qtest::Call("qs_profile_height", static_cast<std::ptrdiff_t>(i)), at.grade,
+                    table[i].GradeIn);
     }
 }
 
@@ -93,8 +95,8 @@ TEST(SurveyProfile, CircularCurvesAreCircles)
         EXPECT_NEAR(arrival.height, end_height, 1e-9);
         EXPECT_NEAR(arrival.grade, c.grade_out, 1e-9);
         const qs_profile_point departure = height_at(table, start);
-        EXPECT_BITS(departure.height, start_height);
-        EXPECT_BITS(departure.grade, c.grade_in);
+        EXPECT_BITS(qtest::Call("qs_profile_height", "departure"), departure.height, start_height);
+        EXPECT_BITS(qtest::Call("qs_profile_height", "departure"), departure.grade, c.grade_in);
         if (c.grade_in == -c.grade_out) {
             const qs_profile_point lowest = height_at(table, vertex_chainage);
             EXPECT_NEAR(lowest.height, vertex_height + c.radius * (1.0 / std::cos(a2) - 1.0), 1e-9);

@@ -1,9 +1,12 @@
 // Traverse closure in steps on a table of legs; adjustment of computed points.
-#include "bits.hpp"
+#include "check.hpp"
 #include "records.hpp"
 
-#include <cstring>
+#include <string>
 #include <vector>
+
+using qtest::Call;
+using qtest::rows;
 
 namespace {
 
@@ -24,15 +27,21 @@ const TraverseKnownPoints NO_DIRECTION = {{0.0, 0.0, 0.0}, {5.0, 5.0, 1.0}, {5.0
 
 TEST(TraverseClosure, RefusedAndIgnoredCallsWriteNothing)
 {
-    // n, step, mode, status: no legs first; unknown mode or step ignored; no closing azimuth.
-    const int cases[][4] = {{0, 7, 9, 1}, {2, 0, 2, 0}, {2, 4, 0, 0}, {2, 1, 0, 1}};
-    for (const auto& c : cases) {
+    // No legs first; unknown mode or step ignored; no closing azimuth.
+    const struct {
+        unsigned char n, step, mode;
+        int status;
+    } cases[] = {{0, 7, 9, 1}, {2, 0, 2, 0}, {2, 4, 0, 0}, {2, 1, 0, 1}};
+    for (const auto& [call, c] : rows("LIB_TRSCalCoorErr", cases)) {
         Legs legs = {leg(100.0, 0.0, 10.0, 1.0), leg(50.0, 20.0, 30.0, 2.0)};
         const Legs before = legs;
         TraverseClosure result = qtest::sentinel_filled<TraverseClosure>();
-        EXPECT_EQ(LIB_TRSCalCoorErr(legs.data(), c[0], &NO_DIRECTION, c[1], c[2], &result), c[3]);
-        EXPECT_TRUE(qtest::untouched(result));
-        EXPECT_EQ(std::memcmp(legs.data(), before.data(), sizeof(TraverseLeg) * 2), 0);
+        EXPECT_STATUS(call,
+                      LIB_TRSCalCoorErr(legs.data(), c.n, &NO_DIRECTION, c.step, c.mode, &result),
+                      c.status);
+        EXPECT_UNTOUCHED(call, result);
+        EXPECT_BITS(call.at("leg 0"), legs[0], before[0]);
+        EXPECT_BITS(call.at("leg 1"), legs[1], before[1]);
     }
 }
 
@@ -41,14 +50,16 @@ TEST(TraverseClosure, PlanAndHeightClosureInSinglePrecision)
     // 100.1 m due north against 100 m; the last leg, of no length, gives the end azimuth.
     Legs legs = {leg(60.0, 0.0, 0.0, 0.5), leg(40.1, 0.0), leg(0.0, 123456.5)};
     const TraverseKnownPoints known = {{0.0, 0.0, 0.0}, {0.0, 0.0, 0.0}, {100.0, 0.0, 0.25}};
+    const Call call("LIB_TRSCalCoorErr", "step 0, 100.1 m against 100 m");
     TraverseClosure result = qtest::sentinel_filled<TraverseClosure>();
-    ASSERT_EQ(LIB_TRSCalCoorErr(legs.data(), 3, &known, 0, 0, &result), 0);
-    EXPECT_BITS(result.Fx, 0.09999999999999432);
-    EXPECT_BITS(result.Fh, 0.25);
-    EXPECT_BITS(result.Misclosure, static_cast<double>(0.1f));
-    EXPECT_BITS(result.Relative, 0.0009990009712055326); // nearest float to 0.1f / 100.1
-    EXPECT_BITS(result.ComputedEndAzimuth, 123456.5);
-    EXPECT_TRUE(qtest::untouched(result.AngularMisclosure) && qtest::untouched(legs[0].DeltaX));
+    ASSERT_STATUS(call, LIB_TRSCalCoorErr(legs.data(), 3, &known, 0, 0, &result), 0);
+    EXPECT_BITS(call, result.Fx, 0.09999999999999432);
+    EXPECT_BITS(call, result.Fh, 0.25);
+    EXPECT_BITS(call, result.Misclosure, static_cast<double>(0.1f));
+    EXPECT_BITS(call, result.Relative, 0.0009990009712055326); // nearest float to 0.1f / 100.1
+    EXPECT_BITS(call, result.ComputedEndAzimuth, 123456.5);
+    EXPECT_UNTOUCHED(call, result.AngularMisclosure);
+    EXPECT_UNTOUCHED(call, legs[0].DeltaX);
 }
 
 TEST(TraverseClosure, LoopAngularMisclosureIsAddedToEveryDirection)
@@ -57,37 +68,42 @@ TEST(TraverseClosure, LoopAngularMisclosureIsAddedToEveryDirection)
     // 324001: one second over 1296000. The loop needs no closing azimuth.
     Legs legs = {leg(1.0, 324000.0), leg(1.0, 648000.0, 324000.0), leg(1.0, 972000.0, 648000.0),
                  leg(1.0, 1.0, 972000.0)};
+    const Call square("LIB_TRSCalCoorErr", "step 1, a square loop");
     TraverseClosure result = qtest::sentinel_filled<TraverseClosure>();
-    ASSERT_EQ(LIB_TRSCalCoorErr(legs.data(), 4, &NO_DIRECTION, 1, 1, &result), 0);
-    EXPECT_BITS(result.AngularMisclosure, 1.0);
-    EXPECT_TRUE(result.KnownEndAzimuth == 0.0 && qtest::untouched(result.Fx));
+    ASSERT_STATUS(square, LIB_TRSCalCoorErr(legs.data(), 4, &NO_DIRECTION, 1, 1, &result), 0);
+    EXPECT_BITS(square, result.AngularMisclosure, 1.0);
+    EXPECT_BITS(square, result.KnownEndAzimuth, 0.0);
+    EXPECT_UNTOUCHED(square, result.Fx);
     for (int i = 0; i < 4; ++i) {
-        EXPECT_BITS(legs[i].ForeDirection, (i < 3 ? 324000.0 * (i + 1) : 1.0) + 0.25);
+        EXPECT_BITS(square.at("leg " + std::to_string(i)), legs[i].ForeDirection,
+                    (i < 3 ? 324000.0 * (i + 1) : 1.0) + 0.25);
     }
+    const Call one_leg("LIB_TRSCalCoorErr", "step 1, a loop of one leg");
     Legs single = {leg(1.0, 1000.0, 500.0)}; // one leg, against (1 - 2) half circles
-    ASSERT_EQ(LIB_TRSCalCoorErr(single.data(), 1, &NORTH, 1, 1, &result), 0);
-    EXPECT_BITS(single[0].ForeDirection, 649500.0);
+    ASSERT_STATUS(one_leg, LIB_TRSCalCoorErr(single.data(), 1, &NORTH, 1, 1, &result), 0);
+    EXPECT_BITS(one_leg, single[0].ForeDirection, 649500.0);
 }
 
 TEST(TraverseClosure, ConnectingAnglesInWholeSeconds)
 {
     // Closing azimuth 0: the carried azimuth is the misclosure, half added to each leg.
-    const double cases[][4] = {
-        // first fore, back, fore, computed azimuth
+    const struct {
+        double first_fore, second_back, second_fore, computed_azimuth;
+    } cases[] = {
         {100.0, 10.9, 0.0, 648090.0},    // an angle of 10.9" counts as 10"
         {100.7, 10.0, 0.0, 648090.0},    // the carried azimuth is cut too
         {0.0, 648010.0, 0.0, -10.0},     // a negative azimuth stays negative
         {0.0, 0.0, 1296010.0, 648010.0}, // the angle's remainder keeps its sign: -10
         {-648000.5, 0.0, 0.0, 0.0},      // -0.5 cut to 0, not -0
     };
-    for (const auto& c : cases) {
-        Legs legs = {leg(1.0, c[0], 77.0), leg(1.0, c[2], c[1])};
+    for (const auto& [call, c] : rows("LIB_TRSCalCoorErr", cases)) {
+        Legs legs = {leg(1.0, c.first_fore, 77.0), leg(1.0, c.second_fore, c.second_back)};
         TraverseClosure result = qtest::sentinel_filled<TraverseClosure>();
-        ASSERT_EQ(LIB_TRSCalCoorErr(legs.data(), 2, &NORTH, 1, 0, &result), 0);
-        EXPECT_BITS(result.ComputedEndAzimuth, c[3]) << c[1];
-        EXPECT_BITS(result.AngularMisclosure, c[3]) << c[1];
-        EXPECT_BITS(legs[0].ForeDirection, c[0] + c[3] / 2.0);
-        EXPECT_BITS(legs[1].ForeDirection, c[2] + c[3] / 2.0);
+        ASSERT_STATUS(call, LIB_TRSCalCoorErr(legs.data(), 2, &NORTH, 1, 0, &result), 0);
+        EXPECT_BITS(call, result.ComputedEndAzimuth, c.computed_azimuth);
+        EXPECT_BITS(call, result.AngularMisclosure, c.computed_azimuth);
+        EXPECT_BITS(call, legs[0].ForeDirection, c.first_fore + c.computed_azimuth / 2.0);
+        EXPECT_BITS(call, legs[1].ForeDirection, c.second_fore + c.computed_azimuth / 2.0);
     }
 }
 
@@ -99,13 +115,16 @@ TEST(TraverseClosure, DistributionUsesTheRecordAsItStands)
     TraverseClosure closure = qtest::sentinel_filled<TraverseClosure>();
     closure.Fx = 0.5, closure.Fy = -0.25, closure.Fh = 0.125, closure.SumDist = 256.0;
     const TraverseClosure held = closure;
-    ASSERT_EQ(LIB_TRSCalCoorErr(legs.data(), 3, &NORTH, 2, 1, &closure), 0);
-    ASSERT_EQ(LIB_TRSCalCoorErr(legs.data(), 3, &NORTH, 3, 0, &closure), 0);
-    EXPECT_EQ(std::memcmp(&closure, &held, sizeof closure), 0);
+    const Call plan("LIB_TRSCalCoorErr", "step 2"), height("LIB_TRSCalCoorErr", "step 3");
+    ASSERT_STATUS(plan, LIB_TRSCalCoorErr(legs.data(), 3, &NORTH, 2, 1, &closure), 0);
+    EXPECT_BITS(plan, closure, held);
+    ASSERT_STATUS(height, LIB_TRSCalCoorErr(legs.data(), 3, &NORTH, 3, 0, &closure), 0);
+    EXPECT_BITS(height, closure, held);
     for (int i = 0; i < 3; ++i) {
-        EXPECT_BITS(legs[i].DeltaX, i == 0 ? 9.75 : 9.875);
-        EXPECT_BITS(legs[i].DeltaY, i == 0 ? 20.125 : 20.0625);
-        EXPECT_BITS(legs[i].DeltaH, i == 0 ? 0.9375 : 0.96875);
+        const std::string which = "leg " + std::to_string(i);
+        EXPECT_BITS(plan.at(which), legs[i].DeltaX, i == 0 ? 9.75 : 9.875);
+        EXPECT_BITS(plan.at(which), legs[i].DeltaY, i == 0 ? 20.125 : 20.0625);
+        EXPECT_BITS(height.at(which), legs[i].DeltaH, i == 0 ? 0.9375 : 0.96875);
     }
 }
 
@@ -114,23 +133,32 @@ TEST(TraverseAdjust, EachPointTakesItsOwnShareOntoTheCallersValues)
     const double dist[] = {128.0, 64.0, 64.0};
     const SurveyPoint ref[] = {{300.25, 50.0, 0.0}, {300.0, 50.0, 0.0}};
     const SurveyPoint pts[] = {{100.0, 50.0, 1.0}, {200.0, 50.0, 2.0}, {300.5, 50.0, 3.0}};
-    // Mode 0 closes on ref[1], mode 1 on ref[0].
-    const double x[2][3] = {{106.75, 206.875, 307.375}, {106.875, 206.9375, 307.4375}};
-    const float misclosure[] = {0.5f, 0.25f}, relative[] = {0.001953125f, 0.0009765625f};
-    for (unsigned char mode = 0; mode < 2; ++mode) {
+    // Mode 0 closes on ref[1], mode 1 on ref[0]; Y and H take the caller's values.
+    const struct {
+        unsigned char mode;
+        AdjustClosure closure;
+        SurveyPoint adjusted[3];
+    } cases[] = {{0,
+                  {0.5f, 0.001953125f},
+                  {{106.75, 48.0, 9.0}, {206.875, 48.0, 9.0}, {307.375, 48.0, 9.0}}},
+                 {1,
+                  {0.25f, 0.0009765625f},
+                  {{106.875, 48.0, 9.0}, {206.9375, 48.0, 9.0}, {307.4375, 48.0, 9.0}}}};
+    for (const auto& [call, c] : rows("LIB_TRSAdjust", cases)) {
         SurveyPoint adj[3] = {{7.0, -2.0, 9.0}, {7.0, -2.0, 9.0}, {7.0, -2.0, 9.0}};
         AdjustClosure closure = qtest::sentinel_filled<AdjustClosure>();
-        ASSERT_EQ(LIB_TRSAdjust(dist, ref, pts, 3, adj, &closure, mode), 0);
-        EXPECT_TRUE(closure.Misclosure == misclosure[mode] && closure.Relative == relative[mode]);
-        for (int i = 0; i < 3; ++i) {
-            EXPECT_BITS(adj[i].X, x[mode][i]);
-            EXPECT_TRUE(adj[i].Y == 48.0 && adj[i].H == 9.0);
-        }
+        ASSERT_STATUS(call, LIB_TRSAdjust(dist, ref, pts, 3, adj, &closure, c.mode), 0);
+        EXPECT_BITS(call, closure, c.closure);
+        EXPECT_BITS(call, adj, c.adjusted);
     }
     // Without a point, or with a mode naming no known point, nothing is written.
+    const Call none("LIB_TRSAdjust", "no points"), other("LIB_TRSAdjust", "mode 2");
     SurveyPoint adj = qtest::sentinel_filled<SurveyPoint>();
     AdjustClosure closure = qtest::sentinel_filled<AdjustClosure>();
-    EXPECT_EQ(LIB_TRSAdjust(dist, ref, pts, 0, &adj, &closure, 0), 1);
-    EXPECT_EQ(LIB_TRSAdjust(dist, ref, pts, 1, &adj, &closure, 2), 1);
-    EXPECT_TRUE(qtest::untouched(adj) && qtest::untouched(closure));
+    EXPECT_STATUS(none, LIB_TRSAdjust(dist, ref, pts, 0, &adj, &closure, 0), 1);
+    EXPECT_UNTOUCHED(none, adj);
+    EXPECT_UNTOUCHED(none, closure);
+    EXPECT_STATUS(other, LIB_TRSAdjust(dist, ref, pts, 1, &adj, &closure, 2), 1);
+    EXPECT_UNTOUCHED(other, adj);
+    EXPECT_UNTOUCHED(other, closure);
 }

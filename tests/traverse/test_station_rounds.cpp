@@ -1,11 +1,12 @@
 // Multi-round observation at a station: means, tolerance tests, reduced target points.
-#include "bits.hpp"
+#include "check.hpp"
 #include "records.hpp"
 
-#include <algorithm>
-#include <cstddef>
 #include <tuple>
 #include <vector>
+
+using qtest::Call;
+using qtest::rows;
 
 namespace {
 
@@ -46,13 +47,6 @@ SMR record(std::int32_t mode, double tolerance = 1000.0, std::int32_t skip = 0)
     r.Station = &STATION;
     r.Scale = 1.0005;
     return r;
-}
-
-// Every byte of the record from offset `from` up to `to` keeps the sentinel.
-bool untouched_bytes(const SMR& r, std::size_t from, std::size_t to)
-{
-    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(&r);
-    return std::all_of(bytes + from, bytes + to, [](unsigned char b) { return b == 0xA5; });
 }
 
 // Rounds edited from clean ones and the flag raised: a named tolerance passes at `limit`
@@ -96,21 +90,29 @@ const FlagCase FLAG_CASES[] = {
 
 TEST(StationRounds, ToleranceTestsAndTheFlagKept)
 {
-    for (const FlagCase& c : FLAG_CASES) {
+    for (const auto& [row, c] : rows("LIB_STAMultCycleCal", FLAG_CASES)) {
         const Rounds rounds = edited(c.rounds, c.edits);
         const double below = std::nextafter(c.limit, 0.0);
         for (double limit : {c.limit, below}) {
+            const Call call = row.at(limit == below ? "the next double below" : "at the limit");
             SMR r = record(c.mode, c.tolerance == nullptr ? limit : 1000.0, c.skip);
             if (c.tolerance != nullptr) {
                 r.*c.tolerance = limit;
             }
+            const SMR given = r;
             const bool fails = c.flag != 0 && (c.tolerance == nullptr || limit == below);
-            EXPECT_EQ(LIB_STAMultCycleCal(rounds.data(), c.rounds, &r), fails ? 1 : 0);
-            EXPECT_EQ(r.ErrorFlag, fails ? c.flag : 0) << c.mode << " " << c.limit;
-            // Every output is written, failed or not, unless the call is refused.
+            EXPECT_STATUS(call, LIB_STAMultCycleCal(rounds.data(), c.rounds, &r), fails ? 1 : 0);
+            EXPECT_BITS(call, r.ErrorFlag, fails ? c.flag : 0);
+            // Every output is written, failed or not, unless the call is refused:
+            // then the flag alone is.
             const bool refused = c.rounds == 0 || c.mode < 0 || c.mode > 3;
-            const bool nothing = untouched_bytes(r, 0, offsetof(SMR, ErrorFlag));
-            EXPECT_EQ(nothing || qtest::untouched(r.StationPoint), refused);
+            if (refused) {
+                SMR flag_only = given;
+                flag_only.ErrorFlag = r.ErrorFlag;
+                EXPECT_BITS(call, r, flag_only);
+            } else {
+                EXPECT_WRITTEN(call, r.StationPoint);
+            }
         }
     }
 }
@@ -118,9 +120,13 @@ TEST(StationRounds, ToleranceTestsAndTheFlagKept)
 TEST(StationRounds, MeansAndReducedPoints)
 {
     const double S = qtest::sentinel_double();
-    const double cases[][7] = {
-        // mode, rounds, face I and II directions in round 1, slope, mean, Angle12; face
-        // means wrap once past the full circle, and one target leaves target 2 unwritten.
+    // Face means wrap once past the full circle, and one target leaves target 2 unwritten.
+    const struct {
+        std::int32_t mode;
+        std::uint32_t rounds;
+        double face1_direction, face2_direction; // to target 1 in the first round
+        double slope, mean, angle12;
+    } cases[] = {
         {0, 1, 648100.0, 100.0, 50.0, 648100.0, S},
         {0, 1, 100.0, 648100.0, 50.0, 100.0, S},
         {0, 1, 1295990.0, 647980.0, 50.0, 1295985.0, S},
@@ -130,32 +136,41 @@ TEST(StationRounds, MeansAndReducedPoints)
         {1, 1, -1400000.0, 700000.0, 50.0, -1400000.0, -124000.0},
         {2, 2, 100006.0, 748006.0, 50.0, 100003.0, 80003.0}, // over two rounds
     };
-    for (const auto& c : cases) {
-        const auto n = static_cast<std::uint32_t>(c[1]);
-        Rounds rounds = edited(static_cast<int>(n), {{0, F1T1, HZ, c[2]}, {0, F2T1, HZ, c[3]}});
-        rounds[0].Face1Target1.SlopeDist = rounds[0].Face2Target1.SlopeDist = c[4];
-        SMR r = record(static_cast<std::int32_t>(c[0]));
-        ASSERT_EQ(LIB_STAMultCycleCal(rounds.data(), n, &r), 0);
-        EXPECT_BITS(r.MeanHz1, c[5]) << c[2];
-        EXPECT_BITS(r.MeanHz1Copy, c[5]);
-        EXPECT_BITS(r.Angle12, c[6]);
-        EXPECT_EQ(untouched_bytes(r, offsetof(SMR, MeanHz2), offsetof(SMR, MeanHz1Copy)),
-                  c[0] == 0);
-        EXPECT_TRUE(untouched_bytes(r, offsetof(SMR, Reserved), offsetof(SMR, StationPoint)));
+    for (const auto& [call, c] : rows("LIB_STAMultCycleCal", cases)) {
+        Rounds rounds = edited(static_cast<int>(c.rounds), {{0, F1T1, HZ, c.face1_direction},
+                                                            {0, F2T1, HZ, c.face2_direction}});
+        rounds[0].Face1Target1.SlopeDist = rounds[0].Face2Target1.SlopeDist = c.slope;
+        SMR r = record(c.mode);
+        ASSERT_STATUS(call, LIB_STAMultCycleCal(rounds.data(), c.rounds, &r), 0);
+        EXPECT_BITS(call, r.MeanHz1, c.mean);
+        EXPECT_BITS(call, r.MeanHz1Copy, c.mean);
+        EXPECT_BITS(call, r.Angle12, c.angle12);
+        const bool two_targets = c.mode != 0;
+        EXPECT_WRITTEN_IF(call, r.MeanHz2, two_targets);
+        EXPECT_WRITTEN_IF(call, r.MeanV2, two_targets);
+        EXPECT_WRITTEN_IF(call, r.MeanSlope2, two_targets);
+        EXPECT_WRITTEN_IF(call, r.HorizDist2, two_targets);
+        EXPECT_WRITTEN_IF(call, r.VertDiff2, two_targets);
+        EXPECT_WRITTEN_IF(call, r.Point2, two_targets);
+        EXPECT_WRITTEN_IF(call, r.HeightDiff2, two_targets);
+        EXPECT_WRITTEN_IF(call, r.MeanHz2Copy, two_targets);
+        EXPECT_UNTOUCHED(call, r.Reserved);
         // Reduced with the station's refraction and the record's scale; the point lies
         // along the mean direction (to the 0.02" pi as 3.1415926 leaves) at the
         // station's H plus the vertical difference, without instrument or target height.
         DistanceRecord d;
-        LIB_DistConvert(&STATION, 1.0005, c[4], 300000.0, &d);
-        EXPECT_BITS(r.HorizDist1, d.HorizontalDistance);
-        const SurveyPoint sight[2] = {{1000.0, 2000.0, 50.0}, r.Point1};
-        BearingRecord bearing;
-        if (c[4] > 1e8 || LIB_CalDist(sight, &bearing) != 0) {
-            EXPECT_TRUE(c[4] > 1e8 && r.Point1.X == 0.0 && r.Point1.H == 0.0);
+        ASSERT_STATUS(call.of("LIB_DistConvert"),
+                      LIB_DistConvert(&STATION, 1.0005, c.slope, 300000.0, &d), 0);
+        EXPECT_BITS(call, r.HorizDist1, d.HorizontalDistance);
+        if (c.slope > 1e8) {
+            EXPECT_BITS(call, r.Point1, (SurveyPoint{0.0, 0.0, 0.0}));
             continue;
         }
-        EXPECT_NEAR(bearing.Azimuth, std::fmod(c[5] + 2592000.0, 1296000.0), 0.03);
-        EXPECT_NEAR(bearing.HorizontalDistance, d.HorizontalDistance, 1e-9);
-        EXPECT_BITS(r.Point1.H, 50.0 + d.VerticalDifference);
+        const SurveyPoint sight[2] = {{1000.0, 2000.0, 50.0}, r.Point1};
+        BearingRecord bearing;
+        ASSERT_STATUS(call.of("LIB_CalDist"), LIB_CalDist(sight, &bearing), 0);
+        EXPECT_WITHIN(call, bearing.Azimuth, std::fmod(c.mean + 2592000.0, 1296000.0), 0.03);
+        EXPECT_WITHIN(call, bearing.HorizontalDistance, d.HorizontalDistance, 1e-9);
+        EXPECT_BITS(call, r.Point1.H, 50.0 + d.VerticalDifference);
     }
 }

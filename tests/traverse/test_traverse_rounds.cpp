@@ -1,26 +1,34 @@
 // Multi-round traverse: every path and type, angle and plan distribution, the work array.
-#include "bits.hpp"
+#include "check.hpp"
 #include "records.hpp"
 #include "traverse/traverse.hpp"
 
-#include <array>
 #include <cstdlib>
-#include <cstring>
+#include <string>
+#include <utility>
 #include <vector>
+
+using qtest::Call;
+using qtest::rows;
 
 namespace {
 
 using Stations = std::vector<TraverseStation>;
-using Legs = std::vector<std::array<double, 3>>;
+// A station's angle and the leg leaving it.
+struct Leg {
+    double angle;  // forward minus backward direction, arc-seconds
+    double length; // horizontal, m
+    double height; // vertical difference to the next station, m
+};
+using Legs = std::vector<Leg>;
 
-// Stations from rows of angle (forward minus backward), length and height to the next.
 Stations stations(const Legs& legs, SurveyPoint start)
 {
     Stations s(legs.size(), qtest::sentinel_filled<TraverseStation>());
     for (std::size_t i = 0; i < legs.size(); ++i) {
-        s[i].Angle12 = legs[i][0];
-        s[i].HorizDist1 = legs[i][1];
-        s[i].VertDiff1 = legs[i][2];
+        s[i].Angle12 = legs[i].angle;
+        s[i].HorizDist1 = legs[i].length;
+        s[i].VertDiff1 = legs[i].height;
     }
     s[0].StationPoint = start;
     return s;
@@ -45,6 +53,19 @@ struct OutAndBack {
     }
 };
 
+// The ten doubles of a traverse result, in the order of the bits of ValidMask.
+const std::pair<const char*, double TraverseResult::*> RESULT_DOUBLES[] = {
+    {"SumDist", &TraverseResult::SumDist},
+    {"StationCount", &TraverseResult::StationCount},
+    {"LinearMisclosure", &TraverseResult::LinearMisclosure},
+    {"HeightMisclosure", &TraverseResult::HeightMisclosure},
+    {"AngularMisclosure", &TraverseResult::AngularMisclosure},
+    {"Fx", &TraverseResult::Fx},
+    {"Fy", &TraverseResult::Fy},
+    {"HeightMisclosure2", &TraverseResult::HeightMisclosure2},
+    {"HeightRatio", &TraverseResult::HeightRatio},
+    {"Relative", &TraverseResult::Relative}};
+
 // Counts the entries the traverse asks for and the blocks it gives back; can refuse.
 int taken = 0, released = 0;
 bool refuse = false;
@@ -66,54 +87,69 @@ void release(void* block)
 TEST(TraverseRounds, EveryPathAndEveryTypeOnAnExactTraverse)
 {
     const OutAndBack t;
-    const int NOTHING = 0, INCREMENTS = 1, ALL = 2;
-    const int cases[][6] = {
-        // n, type, lengths or none, refuse, status, written
-        {1, 2, 1, 0, 1, NOTHING},  {3, 2, 1, 1, 1, NOTHING},    {3, 5, 1, 0, 0, NOTHING},
-        {3, -1, 1, 0, 0, NOTHING}, {3, 0, 0, 0, 1, INCREMENTS}, {3, 0, 1, 0, 0, ALL},
-        {3, 1, 1, 0, 0, ALL},      {3, 2, 1, 0, 0, ALL},        {3, 3, 1, 0, 0, ALL},
-        {3, 4, 1, 0, 0, ALL},
+    enum Written { NOTHING, INCREMENTS, ALL };
+    const struct {
+        std::uint32_t n;
+        std::int32_t type;
+        bool lengths, refuse;
+        int status;
+        Written written;
+    } cases[] = {
+        {1, 2, true, false, 1, NOTHING},     {3, 2, true, true, 1, NOTHING},
+        {3, 5, true, false, 0, NOTHING},     {3, -1, true, false, 0, NOTHING},
+        {3, 0, false, false, 1, INCREMENTS}, {3, 0, true, false, 0, ALL},
+        {3, 1, true, false, 0, ALL},         {3, 2, true, false, 0, ALL},
+        {3, 3, true, false, 0, ALL},         {3, 4, true, false, 0, ALL},
     };
     const double S = qtest::sentinel_double();
     const std::int32_t masks[] = {1023, 1023, 1023, 999, 3};
     // Type 0 closes on A, oriented A -> B; type 1 closes on B.
     const double angular[] = {-qtest::SOUTH, 0.0, 0.0, S, S};
-    const double fx[] = {0.0, t.e.X + 100.0, 0.0, 0.0, S};
-    for (const auto& c : cases) {
-        Stations s = stations(c[2] != 0 ? t.legs : Legs(3, {0.0, 0.0, 0.0}), t.a);
+    const double fx[] = {75.0, t.e.X + 100.0, 0.0, 0.0, S};
+    for (const auto& [call, c] : rows("multi_round_traverse", cases)) {
+        Stations s = stations(c.lengths ? t.legs : Legs(3, {0.0, 0.0, 0.0}), t.a);
         TraverseResult result = qtest::sentinel_filled<TraverseResult>();
         taken = released = 0;
-        refuse = c[3] != 0;
-        const auto n = static_cast<std::uint32_t>(c[0]);
-        const int type = c[1];
-        EXPECT_EQ(quillon::multi_round_traverse(s.data(), n, t.control_of(type), &result,
-                                                {allocate, release}),
-                  c[4]);
-        EXPECT_EQ(taken, n > 1 ? c[0] : 0) << n << " " << type; // one array of n entries
-        EXPECT_EQ(released, refuse || n < 2 ? 0 : 1);
-        EXPECT_EQ(qtest::untouched(s[2].Azimuth) && qtest::untouched(s[1].DeltaH), c[5] == NOTHING);
-        EXPECT_EQ(qtest::untouched(s[1].LegEnd), c[5] != ALL);
-        EXPECT_EQ(qtest::untouched(result), c[5] != ALL);
-        if (c[5] != ALL) {
+        refuse = c.refuse;
+        EXPECT_STATUS(call,
+                      quillon::multi_round_traverse(s.data(), c.n, t.control_of(c.type), &result,
+                                                    {allocate, release}),
+                      c.status);
+        EXPECT_BITS(call, taken, c.n > 1 ? c.n : 0); // one array of n entries
+        EXPECT_BITS(call, released, refuse || c.n < 2 ? 0 : 1);
+        EXPECT_WRITTEN_IF(call, s[2].Azimuth, c.written != NOTHING);
+        EXPECT_WRITTEN_IF(call, s[1].DeltaH, c.written != NOTHING);
+        EXPECT_WRITTEN_IF(call, s[1].LegEnd, c.written == ALL);
+        if (c.written != ALL) {
+            EXPECT_UNTOUCHED(call, result);
             continue;
         }
-        ASSERT_EQ(result.ValidMask, masks[type]);
-        const double* doubles = &result.SumDist;
+        ASSERT_BITS(call, result.ValidMask, masks[c.type]);
         for (int i = 0; i < 10; ++i) {
-            EXPECT_EQ(qtest::untouched(doubles[i]), ((masks[type] >> i) & 1) == 0) << type << i;
+            const auto& [name, field] = RESULT_DOUBLES[i];
+            EXPECT_WRITTEN_IF(call.at(name), result.*field, ((masks[c.type] >> i) & 1) != 0);
         }
-        EXPECT_TRUE(result.SumDist == 150.0 && result.StationCount == 3.0);
-        EXPECT_BITS(result.AngularMisclosure, angular[type]);
-        EXPECT_BITS(result.Fx, type == 0 ? result.Fx : fx[type]);
-        EXPECT_TRUE(qtest::untouched(s[2].DeltaX)); // the last station has no leg
-        if (type < 2) {
+        EXPECT_BITS(call, result.SumDist, 150.0);
+        EXPECT_BITS(call, result.StationCount, 3.0);
+        EXPECT_BITS(call, result.AngularMisclosure, angular[c.type]);
+        if (c.type == 0) {
+            // A third of the half circle turns each leg: 100 cos 60° + 50 cos 300° = 75,
+            // less a few micrometres for pi taken as 3.1415926.
+            EXPECT_WITHIN(call, result.Fx, 75.0, 1e-5);
+        } else {
+            EXPECT_BITS(call, result.Fx, fx[c.type]);
+        }
+        EXPECT_UNTOUCHED(call, s[2].DeltaX); // the last station has no leg
+        if (c.type < 2) {
             continue; // the legs do not end on A or B
         }
-        EXPECT_TRUE(s[0].Azimuth == 0.0 && s[1].Azimuth == 648000.0 && s[2].Azimuth == 0.0);
-        EXPECT_EQ(std::memcmp(&s[1].LegEnd, &t.e, sizeof t.e), 0);
+        EXPECT_BITS(call, s[0].Azimuth, 0.0);
+        EXPECT_BITS(call, s[1].Azimuth, 648000.0);
+        EXPECT_BITS(call, s[2].Azimuth, 0.0);
+        EXPECT_BITS(call, s[1].LegEnd, t.e);
         // The open traverse corrects nothing and adds the plain increments.
-        EXPECT_EQ(qtest::untouched(s[0].CorrX), type == 4);
-        EXPECT_BITS(s[1].AdjDeltaX, s[1].DeltaX);
+        EXPECT_WRITTEN_IF(call, s[0].CorrX, c.type != 4);
+        EXPECT_BITS(call, s[1].AdjDeltaX, s[1].DeltaX);
     }
 }
 
@@ -124,18 +160,20 @@ TEST(TraverseRounds, TriangleAngularMisclosureComesOffEveryAngle)
     const SurveyPoint a = {1000.0, 1000.0, 10.0}, b = {1100.0, 1000.0, 10.0};
     Stations s = stations(
         {{324001.0, 100.0, 0.0}, {162001.0, std::sqrt(20000.0), 0.0}, {162001.0, 0.0, 0.0}}, a);
+    const Call triangle("LIB_TRSMultCycleCal", "triangle closing on B");
     const TraverseControl c = {0, 0, 1, 0, a, b, {}, {}};
     TraverseResult result;
-    ASSERT_EQ(LIB_TRSMultCycleCal(s.data(), 3, &c, &result), 0);
-    EXPECT_BITS(result.AngularMisclosure, 3.0);
-    EXPECT_BITS(s[0].Azimuth, 324000.0110536885);
-    EXPECT_BITS(s[1].Azimuth, 1134000.0110536884); // past a full circle, not turned
-    EXPECT_BITS(s[2].Azimuth, 648000.0110536884);
-    EXPECT_NEAR(std::hypot(s[1].LegEnd.X - b.X, s[1].LegEnd.Y - b.Y), 0.0, 1e-9);
+    ASSERT_STATUS(triangle, LIB_TRSMultCycleCal(s.data(), 3, &c, &result), 0);
+    EXPECT_BITS(triangle, result.AngularMisclosure, 3.0);
+    EXPECT_BITS(triangle, s[0].Azimuth, 324000.0110536885);
+    EXPECT_BITS(triangle, s[1].Azimuth, 1134000.0110536884); // past a full circle, not turned
+    EXPECT_BITS(triangle, s[2].Azimuth, 648000.0110536884);
+    EXPECT_BELOW(triangle, std::hypot(s[1].LegEnd.X - b.X, s[1].LegEnd.Y - b.Y), 1e-9);
     // 6631 stations: 6629 half circles overflow 32 bits and leave 624704.
+    const Call overflow("LIB_TRSMultCycleCal", "6631 stations");
     s = stations(Legs(6631, {0.0, 1.0, 0.0}), a);
-    ASSERT_EQ(LIB_TRSMultCycleCal(s.data(), 6631, &c, &result), 0);
-    EXPECT_BITS(result.AngularMisclosure, -624704.0);
+    ASSERT_STATUS(overflow, LIB_TRSMultCycleCal(s.data(), 6631, &c, &result), 0);
+    EXPECT_BITS(overflow, result.AngularMisclosure, -624704.0);
 }
 
 TEST(TraverseRounds, DistributionAndHeightRules)
@@ -145,8 +183,10 @@ TEST(TraverseRounds, DistributionAndHeightRules)
     OutAndBack t;
     t.e = {t.e.X + 0.03, t.e.Y, t.e.H + 0.03};
     const double e_x = t.e.X, e_h = t.e.H + 1000.0;
-    const double cases[][4] = {
-        // plan rule, height rule, X and H at E
+    const struct {
+        std::int32_t plan_rule, height_rule;
+        double x, h; // at E
+    } cases[] = {
         {0, 0, e_x, e_h - 0.01}, // by length; heights a third each, one share stays
         {0, 1, e_x, 1100.0},     // adjusted heights become 0
         // By increment: the signed increment weighs, the absolute sum divides,
@@ -155,19 +195,20 @@ TEST(TraverseRounds, DistributionAndHeightRules)
         {2, 0, 2.5, 1114.0}, // no plan rule: nothing corrected
         {-1, 1, 2.5, 1114.0},
     };
-    for (const auto& c : cases) {
+    for (const auto& [call, c] : rows("LIB_TRSMultCycleCal", cases)) {
         Stations s = stations(t.legs, {t.a.X, t.a.Y, 1100.0});
         for (TraverseStation& station : s) {
             station.AdjDeltaX = 1.25, station.AdjDeltaY = 0.0, station.AdjDeltaH = 7.0;
         }
-        const TraverseControl control = t.control_of(3, c[0], c[1]);
+        const TraverseControl control = t.control_of(3, c.plan_rule, c.height_rule);
         TraverseResult result;
-        ASSERT_EQ(LIB_TRSMultCycleCal(s.data(), 3, &control, &result), 0);
-        EXPECT_NEAR(result.Relative, 0.0002, 1e-15);
-        EXPECT_NEAR(result.HeightRatio, -0.0002, 1e-15);
-        EXPECT_NEAR(s[1].LegEnd.X, c[2], 1e-12) << c[0] << c[1];
-        EXPECT_NEAR(s[1].LegEnd.H, c[3], 1e-12) << c[0] << c[1];
-        EXPECT_EQ(qtest::untouched(s[0].CorrX), c[0] != 0 && c[0] != 1);
-        EXPECT_EQ(qtest::untouched(s[0].CorrH), qtest::untouched(s[0].CorrX) || c[1] == 2);
+        ASSERT_STATUS(call, LIB_TRSMultCycleCal(s.data(), 3, &control, &result), 0);
+        EXPECT_WITHIN(call, result.Relative, 0.0002, 1e-15);
+        EXPECT_WITHIN(call, result.HeightRatio, -0.0002, 1e-15);
+        EXPECT_WITHIN(call, s[1].LegEnd.X, c.x, 1e-12);
+        EXPECT_WITHIN(call, s[1].LegEnd.H, c.h, 1e-12);
+        const bool corrected = c.plan_rule == 0 || c.plan_rule == 1;
+        EXPECT_WRITTEN_IF(call, s[0].CorrX, corrected);
+        EXPECT_WRITTEN_IF(call, s[0].CorrH, corrected && c.height_rule != 2);
     }
 }
