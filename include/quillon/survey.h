@@ -756,6 +756,128 @@ QUILLON_LAYOUT(qs_design_check, position, 0);
 QUILLON_LAYOUT(qs_design_check, design_height, 64);
 QUILLON_LAYOUT(qs_design_check, cut_fill, 72);
 
+/* ==== polar points and joins ============================================== */
+
+/* The two elementary computations of a survey, with the true pi: a point set
+ * out from a known one by azimuth and horizontal distance, and the azimuth
+ * and distances from one point to another. */
+
+/** A join from one point to another. */
+typedef struct qs_join_result {
+    double azimuth;             /**< from -> to, arc-seconds in [0, 1296000) */
+    double horizontal_distance; /**< distance in plan, m */
+    double height_difference;   /**< H of the second point minus H of the first, m */
+    double slope_distance;      /**< distance in space, m */
+    double zenith;              /**< zenith angle from -> to, arc-seconds in [0, 648000]: 0
+                                     straight up, 324000 level */
+} qs_join_result;
+
+/** The point at a horizontal distance along an azimuth from a known point:
+ *  X = from X + distance cos(azimuth), Y = from Y + distance sin(azimuth),
+ *  the azimuth folded into [0, 1296000) and converted with the true pi. H
+ *  is the known point's, carried over.
+ *  @param from     the known point, m; X, Y and H finite and within
+ *                  +-QS_MAX_LENGTH
+ *  @param azimuth  arc-seconds, any finite value
+ *  @param distance horizontal distance, m, finite and within
+ *                  +-QS_MAX_LENGTH (a negative one sets out the opposite way)
+ *  @param out      the point
+ *  @retval QS_OK           out written
+ *  @retval QS_BAD_ARGUMENT a non-finite input, a coordinate or the distance
+ *          beyond QS_MAX_LENGTH (out unchanged) */
+QS_API qs_status qs_polar_point(const SurveyPoint* from, double azimuth, double distance,
+                                SurveyPoint* out);
+
+/** Azimuth, distances, height difference and zenith angle from one point to
+ *  another, with the true pi: due east is 324000 exactly.
+ *  @param from the first point, m; X, Y and H finite and within
+ *              +-QS_MAX_LENGTH
+ *  @param to   the second point, m; likewise
+ *  @param out  the join
+ *  @retval QS_OK           out written
+ *  @retval QS_SINGULAR     the points have equal X and equal Y: no azimuth
+ *          (out unchanged)
+ *  @retval QS_BAD_ARGUMENT a non-finite coordinate or one beyond
+ *          QS_MAX_LENGTH (out unchanged) */
+QS_API qs_status qs_join(const SurveyPoint* from, const SurveyPoint* to, qs_join_result* out);
+
+QUILLON_SIZE(qs_join_result, 40);
+QUILLON_LAYOUT(qs_join_result, azimuth, 0);
+QUILLON_LAYOUT(qs_join_result, horizontal_distance, 8);
+QUILLON_LAYOUT(qs_join_result, height_difference, 16);
+QUILLON_LAYOUT(qs_join_result, slope_distance, 24);
+QUILLON_LAYOUT(qs_join_result, zenith, 32);
+
+/* ==== batches ============================================================= */
+
+/* Polar points, joins and locate over arrays: one call for a whole set of
+ * points, for callers that hold thousands of them (and bindings from other
+ * languages, which would otherwise pay for a call per point).
+ * - Element i of every output is what the single function gives for element
+ *   i of the inputs, to the bit.
+ * - Arrays are plain doubles of count elements. An output may be the very
+ *   array of an input (computed in place); no other overlap is allowed.
+ * - Every input is checked before anything is written: one bad element
+ *   refuses the whole batch (QS_BAD_ARGUMENT) and every output is left
+ *   unchanged.
+ * - Where the single function fails for the geometry of one element (a
+ *   point that coincides with the station, a point beyond both ends of the
+ *   alignment), the batch writes NaN in its place and carries on.
+ * - A count of 0 reads and writes nothing and succeeds. */
+
+/** Most elements one batch takes. */
+#define QS_MAX_BATCH 1000000000
+
+/** Polar points from one station: element i of x and y is the point
+ *  qs_polar_point gives for azimuths[i] and distances[i].
+ *  @param from      the station, m, checked as by qs_polar_point
+ *  @param azimuths  count azimuths, arc-seconds, each finite
+ *  @param distances count horizontal distances, m, each finite and within
+ *                   +-QS_MAX_LENGTH
+ *  @param count     number of points, 0 to QS_MAX_BATCH
+ *  @param x         room for count northings, m
+ *  @param y         room for count eastings, m
+ *  @retval QS_OK           x and y written
+ *  @retval QS_BAD_ARGUMENT count above QS_MAX_BATCH, a bad station or any
+ *          bad azimuth or distance (x and y unchanged) */
+QS_API qs_status qs_polar_points(const SurveyPoint* from, const double* azimuths,
+                                 const double* distances, size_t count, double* x, double* y);
+
+/** Joins from one station to many points in plan: element i of azimuths and
+ *  distances is the azimuth and horizontal distance qs_join gives from the
+ *  station to (x[i], y[i]); a point on the station in plan gets the azimuth
+ *  NaN and the distance 0.
+ *  @param from      the station, m, checked as by qs_join
+ *  @param x         count northings, m, each finite and within +-QS_MAX_LENGTH
+ *  @param y         count eastings, m, likewise
+ *  @param count     number of points, 0 to QS_MAX_BATCH
+ *  @param azimuths  room for count azimuths, arc-seconds in [0, 1296000)
+ *  @param distances room for count horizontal distances, m
+ *  @retval QS_OK           azimuths and distances written
+ *  @retval QS_BAD_ARGUMENT count above QS_MAX_BATCH, a bad station or any
+ *          bad coordinate (azimuths and distances unchanged) */
+QS_API qs_status qs_joins(const SurveyPoint* from, const double* x, const double* y, size_t count,
+                          double* azimuths, double* distances);
+
+/** Chainage and offset of many measured points: element i of chainages and
+ *  offsets is what qs_alignment_locate gives for (x[i], y[i]); a point
+ *  beyond both ends of the alignment gets NaN in both.
+ *  @param table        a complete element table, checked once
+ *  @param record_count its records, end record included
+ *  @param x            count northings, m, each finite and within
+ *                      +-QS_MAX_COORDINATE
+ *  @param y            count eastings, m, likewise
+ *  @param count        number of points, 0 to QS_MAX_BATCH
+ *  @param chainages    room for count chainages, m
+ *  @param offsets      room for count offsets, m, + right
+ *  @retval QS_OK           chainages and offsets written
+ *  @retval QS_BAD_ARGUMENT count above QS_MAX_BATCH, record_count out of
+ *          bounds, an invalid table or any bad coordinate (chainages and
+ *          offsets unchanged) */
+QS_API qs_status qs_alignment_locate_many(const HElement* table, size_t record_count,
+                                          const double* x, const double* y, size_t count,
+                                          double* chainages, double* offsets);
+
 #ifdef __cplusplus
 }
 #endif
