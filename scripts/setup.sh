@@ -2,9 +2,9 @@
 # Installs the Debian packages that building and testing Quillon need and
 # that a fresh machine lacks: the C++ tool set, GoogleTest, Google Benchmark
 # (for the bench target), and for the quillon command pugixml, CLI11 and fmt
-# (plus librsvg2-bin, with which the tests render the plot to PNG). Nothing is done when all are present; the
-# package lists are refreshed only when something is missing. Runs apt-get
-# as root, through sudo when not root.
+# (plus librsvg2-bin, with which the tests render the plot to PNG). Nothing
+# is done when all are present; the package lists are refreshed only when
+# something is missing. Runs apt-get as root, through sudo when not root.
 #
 #   bash scripts/setup.sh
 set -euo pipefail
