@@ -92,17 +92,8 @@ constexpr double ROAD_Y = 2000.0;
 constexpr double ROAD_AZIMUTH = 108000.0; // 30 degrees
 constexpr double ROAD_CHAINAGE = 1000.0;
 
-inline double azimuth_difference(double a, double b)
-{
-    double d = std::fmod(a - b, 1296000.0);
-    if (d > 648000.0) {
-        d -= 1296000.0;
-    }
-    if (d < -648000.0) {
-        d += 1296000.0;
-    }
-    return d;
-}
+// a - b in arc-seconds, folded into [-648000, 648000].
+inline double azimuth_difference(double a, double b) { return std::remainder(a - b, 1296000.0); }
 
 } // namespace roadtest
 

@@ -73,29 +73,37 @@ struct Scene {
     std::vector<qs_sighting> sightings;
 };
 
-// count points around a station at distances near..far within a sector of
-// sector_degrees, observed exactly.
-Scene surround(std::uint64_t seed, std::size_t count, double near, double far,
-               double sector_degrees, Pattern distances, Pattern zeniths, int curvature,
-               double offset)
+// Points around a station at distances near..far within a sector, observed
+// exactly; offset (m) moves the station north (a tenth of it east).
+struct Shape {
+    std::size_t points;
+    double near, far;
+    double sector; // degrees
+    Pattern distances, zeniths;
+    int curvature;
+    double offset;
+};
+
+Scene surround(std::uint64_t seed, const Shape& shape)
 {
     Uniform u(seed);
     Scene scene;
-    scene.station = {offset + u(-500.0, 500.0), offset / 10.0 + u(-500.0, 500.0), u(100.0, 900.0)};
+    scene.station = {shape.offset + u(-500.0, 500.0), shape.offset / 10.0 + u(-500.0, 500.0),
+                     u(100.0, 900.0)};
     scene.orientation = u(0.0, 1296000.0);
-    scene.options = {1.55,      1.0, 1.5, 2.0, 2.0, 0.13, QS_EARTH_RADIUS, QS_BLUNDER_THRESHOLD,
-                     curvature, 20};
+    scene.options = {
+        1.55, 1.0, 1.5, 2.0, 2.0, 0.13, QS_EARTH_RADIUS, QS_BLUNDER_THRESHOLD, shape.curvature, 20};
     const double first = u(0.0, 2.0 * PI);
-    for (std::size_t i = 0; i < count; ++i) {
-        const double azimuth = first + sector_degrees * PI / 180.0 *
-                                           (static_cast<double>(i) + 0.5 * u()) /
-                                           static_cast<double>(count);
-        const double distance = u(near, far);
+    const double n = static_cast<double>(shape.points);
+    for (std::size_t i = 0; i < shape.points; ++i) {
+        const double azimuth =
+            first + shape.sector * PI / 180.0 * (static_cast<double>(i) + 0.5 * u()) / n;
+        const double distance = u(shape.near, shape.far);
         const SurveyPoint point = {scene.station.X + distance * std::cos(azimuth),
                                    scene.station.Y + distance * std::sin(azimuth),
                                    scene.station.H + u(-30.0, 30.0)};
         scene.sightings.push_back(observed(scene.station, scene.orientation, point, u(0.0, 2.0),
-                                           carries(distances, i), carries(zeniths, i),
+                                           carries(shape.distances, i), carries(shape.zeniths, i),
                                            scene.options));
     }
     return scene;
@@ -128,39 +136,31 @@ qs_status fit(const Scene& scene, qs_free_station_result& result,
 
 double angle_difference(double a, double b) { return std::remainder(a - b, 1296000.0); }
 
-struct RecoveryCase {
+const struct {
     const char* name;
-    std::size_t points;
-    double near, far;
-    double sector; // degrees
-    Pattern distances, zeniths;
-    int curvature;
-    double offset; // m, added to the station's northing (a tenth to its easting)
-};
-
-const RecoveryCase RECOVERY[] = {
-    {"three directions", 3, 50.0, 300.0, 300.0, NONE, ALL, 0, 0.0},
-    {"three directions, no heights", 3, 50.0, 300.0, 300.0, NONE, NONE, 0, 0.0},
-    {"two distances", 2, 80.0, 150.0, 200.0, ALL, ALL, 1, 5.0e6},
-    {"two horizontal distances", 2, 80.0, 150.0, 200.0, ALL, NONE, 0, 0.0},
-    {"four, every other distance", 4, 20.0, 400.0, 360.0, ODD, ALL, 0, 2.0e5},
-    {"five, zenith angles without distances", 5, 30.0, 500.0, 360.0, NONE, ALL, 1, 0.0},
-    {"six long sights", 6, 1000.0, 3000.0, 360.0, ALL, ALL, 1, 5.2e6},
-    {"ten directions in a quarter circle", 10, 200.0, 800.0, 90.0, NONE, ALL, 0, 0.0},
-    {"twenty short sights", 20, 5.0, 40.0, 360.0, ALL, ODD, 0, 1.0e4},
-    {"hundred mixed", 100, 10.0, 2000.0, 360.0, ODD, ODD, 1, 6.0e5},
-    {"hundred directions", 100, 10.0, 2000.0, 360.0, NONE, ALL, 0, 0.0},
-    {"hundred distances, half circle", 100, 50.0, 900.0, 180.0, ALL, ALL, 1, 0.0},
-    {"the most sightings", QS_MAX_SIGHTINGS, 30.0, 300.0, 360.0, ODD, ODD, 0, 0.0},
+    Shape shape;
+} RECOVERY[] = {
+    {"three directions", {3, 50.0, 300.0, 300.0, NONE, ALL, 0, 0.0}},
+    {"three directions, no heights", {3, 50.0, 300.0, 300.0, NONE, NONE, 0, 0.0}},
+    {"two distances", {2, 80.0, 150.0, 200.0, ALL, ALL, 1, 5.0e6}},
+    {"two horizontal distances", {2, 80.0, 150.0, 200.0, ALL, NONE, 0, 0.0}},
+    {"four, every other distance", {4, 20.0, 400.0, 360.0, ODD, ALL, 0, 2.0e5}},
+    {"five, zenith angles without distances", {5, 30.0, 500.0, 360.0, NONE, ALL, 1, 0.0}},
+    {"six long sights", {6, 1000.0, 3000.0, 360.0, ALL, ALL, 1, 5.2e6}},
+    {"ten directions in a quarter circle", {10, 200.0, 800.0, 90.0, NONE, ALL, 0, 0.0}},
+    {"twenty short sights", {20, 5.0, 40.0, 360.0, ALL, ODD, 0, 1.0e4}},
+    {"hundred mixed", {100, 10.0, 2000.0, 360.0, ODD, ODD, 1, 6.0e5}},
+    {"hundred directions", {100, 10.0, 2000.0, 360.0, NONE, ALL, 0, 0.0}},
+    {"hundred distances, half circle", {100, 50.0, 900.0, 180.0, ALL, ALL, 1, 0.0}},
+    {"the most sightings", {QS_MAX_SIGHTINGS, 30.0, 300.0, 360.0, ODD, ODD, 0, 0.0}},
 };
 
 TEST(FreeStation, ExactObservationsGiveTheStationBack)
 {
-    for (const RecoveryCase& c : RECOVERY) {
+    for (const auto& c : RECOVERY) {
         for (std::uint64_t seed = 1; seed <= 8; ++seed) {
             SCOPED_TRACE(testing::Message() << c.name << ", seed " << seed);
-            const Scene scene = surround(seed, c.points, c.near, c.far, c.sector, c.distances,
-                                         c.zeniths, c.curvature, c.offset);
+            const Scene scene = surround(seed, c.shape);
             qs_free_station_result r;
             std::vector<qs_sighting_result> v;
             ASSERT_EQ(fit(scene, r, v), QS_OK);
@@ -168,7 +168,7 @@ TEST(FreeStation, ExactObservationsGiveTheStationBack)
             EXPECT_LE(std::fabs(angle_difference(r.orientation, scene.orientation)), 1e-6);
             EXPECT_TRUE(r.orientation >= 0.0 && r.orientation < 1296000.0) << r.orientation;
             EXPECT_TRUE(r.iterations >= 1 && r.iterations <= 20) << r.iterations;
-            if (c.zeniths == NONE) {
+            if (c.shape.zeniths == NONE) {
                 EXPECT_TRUE(std::isnan(r.h) && std::isnan(r.sigma_h));
                 EXPECT_EQ(r.height_count, 0u);
             } else {
@@ -194,7 +194,7 @@ TEST(FreeStation, ExactObservationsGiveTheStationBack)
 // Deterministic errors of about the a priori size on every observation.
 Scene perturbed(std::uint64_t seed, std::size_t count)
 {
-    Scene scene = surround(seed, count, 40.0, 600.0, 360.0, ODD, ALL, 1, 0.0);
+    Scene scene = surround(seed, {count, 40.0, 600.0, 360.0, ODD, ALL, 1, 0.0});
     Uniform u(seed + 1000);
     for (qs_sighting& s : scene.sightings) {
         s.direction += u(-2.0, 2.0);
@@ -288,7 +288,7 @@ TEST(FreeStation, SpoiledObservationIsNamed)
     for (const BlunderCase& c : BLUNDERS) {
         for (std::uint64_t seed = 1; seed <= 5; ++seed) {
             SCOPED_TRACE(testing::Message() << c.name << ", seed " << seed);
-            Scene scene = surround(seed, 7, 60.0, 400.0, 360.0, ALL, ALL, 1, 0.0);
+            Scene scene = surround(seed, {7, 60.0, 400.0, 360.0, ALL, ALL, 1, 0.0});
             Uniform u(seed + 77);
             for (qs_sighting& s : scene.sightings) {
                 s.direction += u(-0.5, 0.5);
@@ -323,7 +323,7 @@ TEST(FreeStation, SpoiledObservationIsNamed)
 // station, at the given radius, sights them by directions alone.
 Scene on_circle(double radius)
 {
-    Scene scene = surround(1, 0, 0.0, 0.0, 0.0, NONE, NONE, 0, 0.0);
+    Scene scene = surround(1, {0, 0.0, 0.0, 0.0, NONE, NONE, 0, 0.0});
     scene.station = {radius * std::cos(5.0), radius * std::sin(5.0), 50.0};
     scene.orientation = 123456.0;
     for (double a : {0.0, 1.7, 3.6}) {
@@ -342,10 +342,10 @@ TEST(FreeStation, WeakGeometryIsRefused)
         in_line.sightings[i] = observed(in_line.station, 0.0, {0.6 * along, 0.8 * along, 0.0}, 1.3,
                                         false, false, in_line.options);
     }
-    Scene same_point = surround(4, 2, 100.0, 100.0, 0.0, ALL, ALL, 0, 0.0);
+    Scene same_point = surround(4, {2, 100.0, 100.0, 0.0, ALL, ALL, 0, 0.0});
     same_point.sightings[1] = same_point.sightings[0];
     same_point.sightings[1].direction += 0.5;
-    Scene on_a_point = surround(5, 5, 50.0, 300.0, 360.0, ALL, ALL, 0, 0.0);
+    Scene on_a_point = surround(5, {5, 50.0, 300.0, 360.0, ALL, ALL, 0, 0.0});
     on_a_point.sightings[2] = observed(on_a_point.station, on_a_point.orientation,
                                        {on_a_point.station.X + 0.0008, on_a_point.station.Y, 0.0},
                                        0.0, true, false, on_a_point.options);
