@@ -92,6 +92,15 @@ constexpr double ROAD_Y = 2000.0;
 constexpr double ROAD_AZIMUTH = 108000.0; // 30 degrees
 constexpr double ROAD_CHAINAGE = 1000.0;
 
+// The sample road built exactly from (ROAD_X, ROAD_Y), heading ROAD_AZIMUTH
+// at ROAD_CHAINAGE.
+inline const std::vector<HElement>& sample_table()
+{
+    static const std::vector<HElement> table =
+        exact_table(sample_road(), ROAD_X, ROAD_Y, ROAD_AZIMUTH, ROAD_CHAINAGE);
+    return table;
+}
+
 // a - b in arc-seconds, folded into [-648000, 648000].
 inline double azimuth_difference(double a, double b) { return std::remainder(a - b, 1296000.0); }
 

@@ -30,8 +30,7 @@ qs_station_offset locate(const std::vector<HElement>& table, double x, double y)
 
 TEST(SurveyAlignment, BuiltTableIsContinuousAtEveryJoint)
 {
-    const std::vector<HElement> table =
-        exact_table(sample_road(), ROAD_X, ROAD_Y, ROAD_AZIMUTH, ROAD_CHAINAGE);
+    const std::vector<HElement>& table = sample_table();
     std::vector<qs_joint> joints(table.size() - 1);
     ASSERT_EQ(qs_alignment_joints(table.data(), table.size(), joints.data()), QS_OK);
     for (std::size_t i = 0; i < joints.size(); ++i) {
@@ -58,8 +57,7 @@ TEST(SurveyAlignment, BuiltTableIsContinuousAtEveryJoint)
 // 0) and both ends of the table, offsets on both sides and on the line.
 TEST(SurveyAlignment, PlacedPointsAreLocatedAgain)
 {
-    const std::vector<HElement> table =
-        exact_table(sample_road(), ROAD_X, ROAD_Y, ROAD_AZIMUTH, ROAD_CHAINAGE);
+    const std::vector<HElement>& table = sample_table();
     std::vector<double> chainages;
     for (std::size_t i = 0; i + 1 < table.size(); ++i) {
         for (double share : {0.0, 1e-9, 0.13, 0.5, 0.87, 1.0 - 1e-12}) {
@@ -129,7 +127,7 @@ TEST(SurveyAlignment, LocateFindsTheNearestPointOfTheCentreLine)
         double margin, half_width, jitter;
     };
     const Road roads[] = {
-        {exact_table(sample_road(), ROAD_X, ROAD_Y, ROAD_AZIMUTH, ROAD_CHAINAGE), 30.0, 20.0, 5.0},
+        {sample_table(), 30.0, 20.0, 5.0},
         {exact_table(tight, 0.0, 0.0, 0.0, 0.0), 90.0, 40.0, 0.0},
     };
     unsigned long state = 2024;
@@ -265,8 +263,7 @@ struct BadTable {
 
 TEST(SurveyAlignment, RefusesBadTablesAndArguments)
 {
-    const std::vector<HElement> good =
-        exact_table(sample_road(), ROAD_X, ROAD_Y, ROAD_AZIMUTH, ROAD_CHAINAGE);
+    const std::vector<HElement>& good = sample_table();
     const std::size_t n = good.size();
     const BadTable cases[] = {
         {"unknown kind", 3, [](HElement& e) { e.Type = 4; }},

@@ -161,8 +161,7 @@ TEST(SurveyProfile, OutsideAndBadProfilesAreRefused)
 
 TEST(SurveyProfile, RoadCheckGivesPositionDesignHeightAndCutOrFill)
 {
-    const std::vector<HElement> road =
-        exact_table(sample_road(), ROAD_X, ROAD_Y, ROAD_AZIMUTH, ROAD_CHAINAGE);
+    const std::vector<HElement>& road = sample_table();
     const std::vector<VElement> profile = device_profile();
     const std::size_t n = road.size();
     for (double chainage : {1000.0, 1234.5, 1500.0, 1749.0}) {
