@@ -1,4 +1,5 @@
-// Alignments and profiles shared by the road tests of the survey layer.
+// Alignments and profiles shared by the road tests of the survey layer, and
+// the check that a result record was written whole.
 #ifndef QUILLON_TESTS_SURVEY_ROAD_SUPPORT_HPP
 #define QUILLON_TESTS_SURVEY_ROAD_SUPPORT_HPP
 
@@ -7,9 +8,26 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <vector>
 
 namespace roadtest {
+
+// True when no 4-byte word of a record without padding still holds the
+// sentinel pattern (0xa5 in every byte): every field was written.
+template <typename T> bool written_whole(const T& record)
+{
+    static_assert(sizeof(T) % 4 == 0, "a record of 4-byte words");
+    for (std::size_t at = 0; at < sizeof(T); at += 4) {
+        std::uint32_t word = 0;
+        std::memcpy(&word, reinterpret_cast<const unsigned char*>(&record) + at, 4);
+        if (word == 0xa5a5a5a5u) {
+            return false;
+        }
+    }
+    return true;
+}
 
 // Designer's elements: kind, length, radius, turn (1 right), spiral (1 exit).
 struct Design {
@@ -74,17 +92,17 @@ constexpr double ROAD_Y = 2000.0;
 constexpr double ROAD_AZIMUTH = 108000.0; // 30 degrees
 constexpr double ROAD_CHAINAGE = 1000.0;
 
-inline double azimuth_difference(double a, double b)
+// The sample road built exactly from (ROAD_X, ROAD_Y), heading ROAD_AZIMUTH
+// at ROAD_CHAINAGE.
+inline const std::vector<HElement>& sample_table()
 {
-    double d = std::fmod(a - b, 1296000.0);
-    if (d > 648000.0) {
-        d -= 1296000.0;
-    }
-    if (d < -648000.0) {
-        d += 1296000.0;
-    }
-    return d;
+    static const std::vector<HElement> table =
+        exact_table(sample_road(), ROAD_X, ROAD_Y, ROAD_AZIMUTH, ROAD_CHAINAGE);
+    return table;
 }
+
+// a - b in arc-seconds, folded into [-648000, 648000].
+inline double azimuth_difference(double a, double b) { return std::remainder(a - b, 1296000.0); }
 
 } // namespace roadtest
 

@@ -120,12 +120,11 @@ TEST(SurveyProfile, OutsideAndBadProfilesAreRefused)
     qs_profile_point out = qtest::sentinel_filled<qs_profile_point>();
     EXPECT_EQ(qs_profile_height(good.data(), 6, 1000.0 - 1e-9, &out), QS_OUTSIDE_ALIGNMENT);
     EXPECT_EQ(qs_profile_height(good.data(), 6, 1750.0 + 1e-9, &out), QS_OUTSIDE_ALIGNMENT);
-    struct Spoil {
+    const struct {
         const char* what;
         std::size_t record;
         void (*spoil)(VElement&);
-    };
-    const Spoil spoils[] = {
+    } spoils[] = {
         {"unknown kind", 1, [](VElement& v) { v.Type = 4; }},
         {"end record inside", 2, [](VElement& v) { v.Type = 0; }},
         {"no end record", 5, [](VElement& v) { v.Type = 1; }},
@@ -141,7 +140,7 @@ TEST(SurveyProfile, OutsideAndBadProfilesAreRefused)
              v.Radius = 0.0;
          }},
     };
-    for (const Spoil& s : spoils) {
+    for (const auto& s : spoils) {
         std::vector<VElement> table = good;
         s.spoil(table[s.record]);
         EXPECT_EQ(qs_profile_height(table.data(), 6, 1100.0, &out), QS_BAD_ARGUMENT) << s.what;
@@ -149,9 +148,9 @@ TEST(SurveyProfile, OutsideAndBadProfilesAreRefused)
     for (double bad : {NaN, INF, -1.5e9}) {
         EXPECT_EQ(qs_profile_height(good.data(), 6, bad, &out), QS_BAD_ARGUMENT);
     }
-    EXPECT_EQ(qs_profile_height(good.data(), 0, 1100.0, &out), QS_BAD_ARGUMENT);
-    EXPECT_EQ(qs_profile_height(good.data(), 1, 1100.0, &out), QS_BAD_ARGUMENT);
-    EXPECT_EQ(qs_profile_height(good.data(), QS_MAX_ELEMENTS + 2, 1100.0, &out), QS_BAD_ARGUMENT);
+    for (std::size_t count : {std::size_t{0}, std::size_t{1}, std::size_t{QS_MAX_ELEMENTS + 2}}) {
+        EXPECT_EQ(qs_profile_height(good.data(), count, 1100.0, &out), QS_BAD_ARGUMENT);
+    }
     EXPECT_TRUE(qtest::untouched(out));
     // A grade line's outgoing grade and a parabola's radius are not read.
     std::vector<VElement> table = good;
@@ -162,8 +161,7 @@ TEST(SurveyProfile, OutsideAndBadProfilesAreRefused)
 
 TEST(SurveyProfile, RoadCheckGivesPositionDesignHeightAndCutOrFill)
 {
-    const std::vector<HElement> road =
-        exact_table(sample_road(), ROAD_X, ROAD_Y, ROAD_AZIMUTH, ROAD_CHAINAGE);
+    const std::vector<HElement>& road = sample_table();
     const std::vector<VElement> profile = device_profile();
     const std::size_t n = road.size();
     for (double chainage : {1000.0, 1234.5, 1500.0, 1749.0}) {
