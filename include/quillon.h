@@ -1830,14 +1830,15 @@ QUILLON_API ResultCode LIB_CalWay_H_On(const HElement* table, unsigned char n, d
  *
  * @param[in]  chainages  the main points' chainages, ascending from the
  *                        start to the end, m
- * @param[in]  m          number of chainages, at most 81
+ * @param[in]  m          number of chainages, at most 81; above 81 no
+ *                        chainage is read
  * @param[in]  interval   distance between piles, m, from 0 to 99999999.9999
  * @param[out] piles      room for 81 values, m
  * @param[out] pile_count number of entries in piles
  * @param[in]  mode       0 whole multiples, 1 from the start, other from 0
  * @retval QUILLON_OK     piles and pile_count written
- * @retval QUILLON_DOMAIN a chainage outside the range limit (tested first),
- *                        an interval outside [0, 99999999.9999], m above 81,
+ * @retval QUILLON_DOMAIN m above 81 (tested first), a chainage outside the
+ *                        range limit, an interval outside [0, 99999999.9999],
  *                        or m = 0 with a positive interval; nothing written
  * @retval QUILLON_TABLE  the list would exceed 80 entries; the list so far
  *                        (unsorted) and its count written
