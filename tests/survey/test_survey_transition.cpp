@@ -223,6 +223,11 @@ TEST(SurveyTransition, RefusesBadInputAndLeavesTheOutputAlone)
         {"s beyond the length", {0, 0, 0, 0, 0.01, 100}, std::nextafter(100.0, INF)},
         {"s NaN", {0, 0, 0, 0, 0.01, 100}, NaN},
         {"turn beyond the bound", {0, 0, 0, 0, std::nextafter(10.0, INF), 1000}, 1},
+        // Within the turn bound, but the curvature changes by 1e145 over
+        // 1e-307 m: its rate of change is no double. Found by fuzzing: the
+        // quadrature cut such a curve into endless panels.
+        {"change of curvature too steep", {0, 0, 0, 1e145, 0, 1e-307}, 5e-308},
+        {"change of curvature too steep, turning left", {0, 0, 0, 2e-311, -1e270, 4e-270}, 6e-308},
     };
     for (const BadTransition& c : cases) {
         qs_pose out = qtest::sentinel_filled<qs_pose>();
