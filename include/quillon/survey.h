@@ -73,7 +73,7 @@ typedef enum qs_status {
 #define QS_RAD_PER_SEC 4.84813681109536e-6
 
 /** A short English text for a status ("success", "too few observations",
- *  ...); a value outside the enumeration gives "unknown status". The text is
+ *  ...); any other int a caller passes gives "unknown status". The text is
  *  static and never freed. */
 QS_API const char* qs_status_message(qs_status status);
 
