@@ -28,3 +28,8 @@ if(QUILLON_SANITIZE)
     target_compile_options(quillon_flags INTERFACE ${_quillon_san})
     target_link_options(quillon_flags INTERFACE ${_quillon_san})
 endif()
+
+if(QUILLON_SANITIZE_THREAD)
+    target_compile_options(quillon_flags INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+    target_link_options(quillon_flags INTERFACE -fsanitize=thread)
+endif()
