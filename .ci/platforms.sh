@@ -142,7 +142,7 @@ run_tests() {
 native() {
     local dir=$out/native
     mkdir -p "$out"
-    configure "$dir" -DQUILLON_BUILD_TESTS=OFF -DQUILLON_BUILD_EXAMPLES=OFF &&
+    configure "$dir" -DQUILLON_BUILD_TESTS=OFF -DQUILLON_BUILD_EXAMPLES=OFF -DQUILLON_BUILD_TOOLS=OFF &&
         build "$dir" quillon_vectors &&
         run_tests "$dir"
 }
