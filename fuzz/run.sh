@@ -104,11 +104,14 @@ run_target() {
     fi
 }
 
-# The seed inputs of a target, written into DIR (device and survey only).
+# The seed inputs of a target, written into DIR: generated calls for the
+# libraries, the example files and the readers' test files for the readers.
 write_seeds() {
     local target=$1 dir=$2
     case $target in
     device | survey) "$build/fuzz/quillon_fuzz_seeds" "$target" "$dir" >/dev/null ;;
+    landxml) cp "$root"/examples/data/*.xml "$root"/tests/io/data/*.xml "$dir"/ ;;
+    csv) cp "$root"/examples/data/*.csv "$dir"/ ;;
     esac
 }
 
