@@ -1089,7 +1089,10 @@ typedef struct CirclePointPair {
  * with the line, not from a measured distance. An angle counts as vertical
  * or parallel when its whole arc-seconds (as a 32-bit integer), reduced by a
  * full circle with their sign, are exactly 324000 or 972000; a negative
- * angle never is (a zenith angle of 648000 passes). No range test is made.
+ * angle never is (a zenith angle of 648000 passes). Where that conversion is
+ * undefined in C, it is defined here: an angle of 2^31 seconds or more, or of
+ * -2^31 or less, converts to the nearest 32-bit limit and a not-a-number to
+ * 0, so such an angle is never vertical or parallel. No range test is made.
  *
  * @param[in]  pts  A, B (the line) and S (the station), m
  * @param[in]  obs  [0] the sighting to A, [2] the sighting to the target on
@@ -2423,6 +2426,13 @@ typedef struct TraverseResult {
  * correction leaves the caller's values there, and the open traverse (type
  * 4) fills them with the plain increments. The work array of one entry per
  * station is the library's one allocation; it is freed before every return.
+ *
+ * In types 0 to 2 the angular misclosure comes off every station angle in
+ * equal shares, misclosure / n; the whole seconds that the shares leave
+ * over, |misclosure - share n| truncated to a 32-bit integer, add one second
+ * each to the first stations' angles. Where that conversion is undefined in
+ * C, it is defined here: a left-over of 2^31 seconds or more converts to
+ * 2147483647 and a not-a-number to 0.
  *
  * @param[in,out] stations n stations in traverse order (n - 1 legs)
  * @param[in]     n        number of stations, at least 2
