@@ -62,6 +62,10 @@ const std::vector<Form> forms = {
     {"HeaderOnly", "name,X,Y,H\n", {}},
 };
 
+// A case prints as its label: GoogleTest would print the record's bytes,
+// padding and unused string storage included, which hold no set value.
+void PrintTo(const Form& c, std::ostream* out) { *out << c.label; }
+
 class Forms : public ::testing::TestWithParam<Form> {};
 
 TEST_P(Forms, AreRead)
@@ -116,6 +120,10 @@ const std::vector<Bad> bad = {
     {"NulByte", std::string("name,X,Y\nA\0B,1,2\n", 17), 2, "a NUL byte: not a text file"},
     {"Empty", "# nothing\n", 0, "the file is empty: a header row is needed"},
 };
+
+// A case prints as its label: GoogleTest would print the record's bytes,
+// padding and unused string storage included, which hold no set value.
+void PrintTo(const Bad& c, std::ostream* out) { *out << c.label; }
 
 class BadRows : public ::testing::TestWithParam<Bad> {};
 
