@@ -35,6 +35,19 @@ class Reader {
         at_ += copied;
     }
 
+    // n bytes into a block that already holds zeros: only what the input
+    // still has is copied (a large block of a large count costs nothing
+    // beyond the pages the function touches).
+    void fill(void* zeroed, std::size_t n)
+    {
+        const std::size_t left = size_ - at_;
+        const std::size_t copied = n < left ? n : left;
+        if (copied > 0) {
+            std::memcpy(zeroed, data_ + at_, copied);
+        }
+        at_ += copied;
+    }
+
     template <typename T> T get()
     {
         T value;
@@ -64,14 +77,14 @@ class Writer {
     std::vector<std::uint8_t> out_;
 };
 
-// A heap block of exactly `bytes` bytes: AddressSanitizer reports any
-// access beyond it. A block of no bytes is a small allocation poisoned
+// A heap block of exactly `bytes` bytes, zeroed: AddressSanitizer reports
+// any access beyond it. A block of no bytes is a small allocation poisoned
 // whole, since the sanitizer's malloc(0) leaves one byte addressable.
 class Block {
   public:
     Block() = default;
     explicit Block(std::size_t bytes)
-        : data_(std::malloc(bytes > 0 ? bytes : EMPTY)), empty_(bytes == 0)
+        : data_(std::calloc(1, bytes > 0 ? bytes : EMPTY)), empty_(bytes == 0)
     {
         if (empty_) {
             ASAN_POISON_MEMORY_REGION(data_, EMPTY);

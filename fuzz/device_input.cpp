@@ -79,7 +79,7 @@ bool DeviceCall::decode(const std::uint8_t* data, std::size_t size)
         const std::size_t bytes = elements[i] * a.size;
         blocks_.emplace_back(bytes);
         args_[i] = blocks_.back().get();
-        in.take(args_[i], bytes);
+        in.fill(args_[i], bytes);
     }
     for (std::size_t i = 0; i < fn_->arg_count; ++i) {
         const qv_arg& a = fn_->args[i];
@@ -89,7 +89,7 @@ bool DeviceCall::decode(const std::uint8_t* data, std::size_t size)
         auto* records = static_cast<StaMultiResult*>(args_[i]);
         for (std::size_t k = 0; k < elements[i]; ++k) {
             blocks_.emplace_back(sizeof(StationRecord));
-            in.take(blocks_.back().get(), sizeof(StationRecord));
+            in.fill(blocks_.back().get(), sizeof(StationRecord));
             records[k].Station = static_cast<const StationRecord*>(blocks_.back().get());
         }
     }

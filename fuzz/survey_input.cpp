@@ -76,7 +76,7 @@ class Blocks {
         total_ += count * sizeof(T);
         blocks_.emplace_back(count * sizeof(T));
         void* data = blocks_.back().get();
-        in_.take(data, count * sizeof(T));
+        in_.fill(data, count * sizeof(T));
         return static_cast<T*>(data);
     }
 
