@@ -118,3 +118,22 @@ function(_quillon_library_of_objects target kind objects package)
         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
     set_target_properties(${target} PROPERTIES EXPORT_NAME ${package})
 endfunction()
+
+# quillon_header_exports(<out-var> HEADER <file> MACRO <export macro> PREFIX <prefix>):
+# the names of the functions the header declares with its export macro, in
+# the order they stand there. The header is then the one list of a library's
+# exports; CMake reads it again whenever it changes.
+function(quillon_header_exports out)
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "HEADER;MACRO;PREFIX" "")
+    file(READ ${ARG_HEADER} text)
+    string(REGEX MATCHALL "${ARG_MACRO}[^;(]*[ *](${ARG_PREFIX}[a-z0-9_]+)\\(" declarations
+        "${text}")
+    set(names)
+    foreach(declaration IN LISTS declarations)
+        string(REGEX MATCH "${ARG_PREFIX}[a-z0-9_]+\\($" name "${declaration}")
+        string(REGEX REPLACE "\\($" "" name "${name}")
+        list(APPEND names ${name})
+    endforeach()
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ARG_HEADER})
+    set(${out} ${names} PARENT_SCOPE)
+endfunction()

@@ -6,6 +6,8 @@
 # listed, with no decoration added or stripped.
 #   cmake -DLIBRARY=Quillon.dll -DEXPORTS=src/exports.txt -DOBJDUMP=objdump -P check_exports.cmake
 
+include(${CMAKE_CURRENT_LIST_DIR}/export_table.cmake)
+
 file(STRINGS ${EXPORTS} lines REGEX "^[^#]")
 set(expected)
 set(pending)
@@ -64,27 +66,10 @@ if(OBJDUMP)
         message(FATAL_ERROR "a name is exported twice: ${actual}")
     endif()
 else()
-    execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY}
-        OUTPUT_VARIABLE table RESULT_VARIABLE status)
-    if(NOT status EQUAL 0)
-        message(FATAL_ERROR "${NM} failed on ${LIBRARY}")
-    endif()
-    string(REPLACE "\n" ";" table_lines "${table}")
-    foreach(line IN LISTS table_lines)
-        if(line MATCHES "^[0-9a-fA-F]* *[A-Za-z] ([^ @]+)")
-            list(APPEND actual ${CMAKE_MATCH_1})
-        endif()
-    endforeach()
-    list(REMOVE_DUPLICATES actual)
+    quillon_dynamic_symbols(actual ${LIBRARY} ${NM})
 endif()
 
-set(missing ${expected})
-list(REMOVE_ITEM missing ${actual})
-set(extra ${actual})
-list(REMOVE_ITEM extra ${expected})
-if(missing OR extra)
-    message(FATAL_ERROR "export table differs from the list\n  missing: ${missing}\n  extra: ${extra}")
-endif()
+quillon_expect_names(expected actual "the list")
 
 list(LENGTH expected n_expected)
 list(LENGTH pending n_pending)

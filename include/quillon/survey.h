@@ -1,5 +1,7 @@
-/*
- * quillon/survey.h - rigorous survey computations beside the device library.
+/**
+ * @file quillon/survey.h
+ * @brief The survey layer: rigorous survey computations beside the device
+ *        library.
  *
  * The device library (quillon.h) reproduces the instrument's arithmetic to the
  * bit, with its truncations and short series. This library answers the same
@@ -9,7 +11,7 @@
  * device's own records (HElement and VElement tables, SurveyPoint) so that the
  * same design drives both, and never changes what the device library does.
  *
- * Units and conventions
+ * @par Units and conventions
  *   - Lengths in metres.
  *   - Angles in arc-seconds, like the device library, but converted with the
  *     true pi (QS_RHO_SEC = 648000 / pi): due east is exactly 324000 here,
@@ -35,7 +37,11 @@
 
 #include <quillon.h>
 
-/* ---- export macro ------------------------------------------------------ */
+/** @def QS_API
+ *  Marks a function exported by the shared library quillon_survey. Callers
+ *  of the static library define QUILLON_SURVEY_STATIC (CMake's
+ *  Quillon::survey_static does); QUILLON_SURVEY_BUILDING is defined only
+ *  while the library itself is built. */
 #if defined(QUILLON_SURVEY_STATIC)
 #define QS_API
 #elif defined(_WIN32) || defined(__CYGWIN__)
@@ -72,9 +78,11 @@ typedef enum qs_status {
 /** Radians per arc-second, pi / 648000. */
 #define QS_RAD_PER_SEC 4.84813681109536e-6
 
-/** A short English text for a status ("success", "too few observations",
- *  ...); any other int a caller passes gives "unknown status". The text is
- *  static and never freed. */
+/** A short English text for a status, for messages.
+ *  @param[in] status a qs_status; any other int a caller passes is accepted
+ *  @return "success", "too few observations", ... ; "unknown status" for a
+ *          value outside the enumeration. The text is static and never
+ *          freed. */
 QS_API const char* qs_status_message(qs_status status);
 
 /* ==== free station ======================================================== */
@@ -241,11 +249,11 @@ typedef struct qs_sighting_result {
 /** Free station by least squares from count sightings.
  *  The station is determined by two sightings with distances or by three
  *  sightings.
- *  @param sightings  count sightings, in any order
- *  @param count      number of sightings, 1 to QS_MAX_SIGHTINGS
- *  @param options    instrument height, a priori standard deviations, heights
- *  @param result     the station, its precision and the blunder search
- *  @param residuals  count records, one per sighting in the same order
+ *  @param[in] sightings  count sightings, in any order
+ *  @param[in] count      number of sightings, 1 to QS_MAX_SIGHTINGS
+ *  @param[in] options    instrument height, a priori standard deviations, heights
+ *  @param[out] result     the station, its precision and the blunder search
+ *  @param[out] residuals  count records, one per sighting in the same order
  *  @retval QS_OK             result and residuals written
  *  @retval QS_BAD_ARGUMENT   count 0 or above QS_MAX_SIGHTINGS; a non-finite
  *                            field; a flag other than 0 or 1; any field out of
@@ -261,26 +269,6 @@ typedef struct qs_sighting_result {
 QS_API qs_status qs_free_station(const qs_sighting* sightings, size_t count,
                                  const qs_free_station_options* options,
                                  qs_free_station_result* result, qs_sighting_result* residuals);
-
-/* Layouts, pinned as those of quillon.h are (size_t is 4 or 8 bytes). */
-QUILLON_SIZE(qs_sighting, 64);
-QUILLON_LAYOUT(qs_sighting, x, 0);
-QUILLON_LAYOUT(qs_sighting, direction, 24);
-QUILLON_LAYOUT(qs_sighting, target_height, 48);
-QUILLON_LAYOUT(qs_sighting, has_distance, 56);
-QUILLON_LAYOUT(qs_sighting, has_zenith, 60);
-QUILLON_SIZE(qs_free_station_options, 72);
-QUILLON_LAYOUT(qs_free_station_options, blunder_threshold, 56);
-QUILLON_LAYOUT(qs_free_station_options, curvature, 64);
-QUILLON_LAYOUT(qs_free_station_options, max_iterations, 68);
-QUILLON_SIZE(qs_free_station_result, 96 + 4 * sizeof(size_t));
-QUILLON_LAYOUT(qs_free_station_result, blunder_w, 80);
-QUILLON_LAYOUT(qs_free_station_result, blunder_kind, 88);
-QUILLON_LAYOUT(qs_free_station_result, blunder_flagged, 92);
-QUILLON_LAYOUT(qs_free_station_result, dof, 96);
-QUILLON_LAYOUT(qs_free_station_result, iterations, 96 + 3 * sizeof(size_t));
-QUILLON_SIZE(qs_sighting_result, 96);
-QUILLON_LAYOUT(qs_sighting_result, height_w, 88);
 
 /* ==== traverse ============================================================ */
 
@@ -386,15 +374,15 @@ typedef struct qs_traverse_result {
 } qs_traverse_result;
 
 /** Closes and adjusts a traverse.
- *  @param kind        a qs_traverse_kind
- *  @param ends        the known points
- *  @param stations    leg_count + 1 records, station 0 (A) to station leg_count
- *  @param leg_count   number of legs, 1 to QS_MAX_TRAVERSE_LEGS (3 or more
+ *  @param[in] kind        a qs_traverse_kind
+ *  @param[in] ends        the known points
+ *  @param[in] stations    leg_count + 1 records, station 0 (A) to station leg_count
+ *  @param[in] leg_count   number of legs, 1 to QS_MAX_TRAVERSE_LEGS (3 or more
  *                     for a loop)
- *  @param rule        a qs_traverse_rule
- *  @param height_rule a qs_height_rule
- *  @param result      the misclosures
- *  @param adjusted    leg_count + 1 points: the adjusted stations, station 0
+ *  @param[in] rule        a qs_traverse_rule
+ *  @param[in] height_rule a qs_height_rule
+ *  @param[out] result      the misclosures
+ *  @param[out] adjusted    leg_count + 1 points: the adjusted stations, station 0
  *                     being A itself. H is adjusted with a height rule;
  *                     with QS_HEIGHTS_NONE the H of A and of the known end
  *                     are copied and those between are NaN
@@ -411,14 +399,6 @@ QS_API qs_status qs_traverse_adjust(int kind, const qs_traverse_ends* ends,
                                     const qs_traverse_station* stations, size_t leg_count, int rule,
                                     int height_rule, qs_traverse_result* result,
                                     SurveyPoint* adjusted);
-
-QUILLON_SIZE(qs_traverse_ends, 96);
-QUILLON_LAYOUT(qs_traverse_ends, start_backsight, 24);
-QUILLON_LAYOUT(qs_traverse_ends, end_foresight, 72);
-QUILLON_SIZE(qs_traverse_station, 24);
-QUILLON_LAYOUT(qs_traverse_station, height_difference, 16);
-QUILLON_SIZE(qs_traverse_result, 88);
-QUILLON_LAYOUT(qs_traverse_result, total_length, 80);
 
 /* ==== transition curves =================================================== */
 
@@ -461,10 +441,10 @@ typedef struct qs_pose {
 /** Point and forward azimuth at arc length s from the start of a curve
  *  whose curvature runs linearly with length, exact to 1e-9 m for lengths
  *  up to 1000 m and total turns up to pi.
- *  @param curve the curve; its azimuth may be any finite number of
+ *  @param[in] curve the curve; its azimuth may be any finite number of
  *         arc-seconds (it is folded into [0, 1296000))
- *  @param s     arc length from the start, m, 0 <= s <= curve->length
- *  @param out   the point and the forward azimuth there
+ *  @param[in] s     arc length from the start, m, 0 <= s <= curve->length
+ *  @param[out] out   the point and the forward azimuth there
  *  @retval QS_OK           out written
  *  @retval QS_BAD_ARGUMENT a non-finite field or s; a length not greater
  *          than 0; s outside [0, length]; a coordinate or length beyond
@@ -474,18 +454,6 @@ typedef struct qs_pose {
  *          curvatures over the length, beyond the largest double: a length
  *          near the smallest doubles) (out unchanged) */
 QS_API qs_status qs_transition_point(const qs_transition* curve, double s, qs_pose* out);
-
-QUILLON_SIZE(qs_transition, 48);
-QUILLON_LAYOUT(qs_transition, x, 0);
-QUILLON_LAYOUT(qs_transition, y, 8);
-QUILLON_LAYOUT(qs_transition, azimuth, 16);
-QUILLON_LAYOUT(qs_transition, curvature_start, 24);
-QUILLON_LAYOUT(qs_transition, curvature_end, 32);
-QUILLON_LAYOUT(qs_transition, length, 40);
-QUILLON_SIZE(qs_pose, 24);
-QUILLON_LAYOUT(qs_pose, x, 0);
-QUILLON_LAYOUT(qs_pose, y, 8);
-QUILLON_LAYOUT(qs_pose, azimuth, 16);
 
 /* ==== alignments ========================================================== */
 
@@ -569,9 +537,9 @@ typedef struct qs_joint {
  *  element before, so the table is continuous in position and azimuth at
  *  every joint; unlike the device's builder, a line after a line starts
  *  with the first line's azimuth. table may be the same array as elements.
- *  @param elements     the element list, record_count - 1 records
- *  @param record_count records of the complete table, 2 to QS_MAX_ELEMENTS + 1
- *  @param table        room for record_count records
+ *  @param[in] elements     the element list, record_count - 1 records
+ *  @param[in] record_count records of the complete table, 2 to QS_MAX_ELEMENTS + 1
+ *  @param[out] table        room for record_count records
  *  @retval QS_OK           table written
  *  @retval QS_BAD_ARGUMENT record_count out of bounds; an element that a
  *          valid table would refuse (see above); the first record's X, Y,
@@ -583,12 +551,12 @@ QS_API qs_status qs_alignment_build(const HElement* elements, size_t record_coun
 
 /** The point at a chainage and signed offset from the alignment, with the
  *  centre line's foot and forward azimuth there.
- *  @param table        a complete element table
- *  @param record_count its records, end record included
- *  @param chainage     m, from the first record's Chainage to the end record's
- *  @param offset       m, + right of the centre line looking toward
+ *  @param[in] table        a complete element table
+ *  @param[in] record_count its records, end record included
+ *  @param[in] chainage     m, from the first record's Chainage to the end record's
+ *  @param[in] offset       m, + right of the centre line looking toward
  *                      increasing chainage
- *  @param out          chainage and offset as given, the point, the foot,
+ *  @param[out] out          chainage and offset as given, the point, the foot,
  *                      the azimuth and the element holding the chainage
  *  @retval QS_OK                out written
  *  @retval QS_OUTSIDE_ALIGNMENT the chainage lies before the first record's
@@ -630,11 +598,11 @@ QS_API qs_status qs_alignment_point(const HElement* table, size_t record_count, 
  *    takes its foot there; one farther, with no foot elsewhere, is outside.
  *  The bracketed iteration always converges: this function does not
  *  return QS_NO_CONVERGENCE.
- *  @param table        a complete element table
- *  @param record_count its records, end record included
- *  @param x            northing of the measured point, m
- *  @param y            easting of the measured point, m
- *  @param out          chainage, offset, the point as given, the foot, the
+ *  @param[in] table        a complete element table
+ *  @param[in] record_count its records, end record included
+ *  @param[in] x            northing of the measured point, m
+ *  @param[in] y            easting of the measured point, m
+ *  @param[out] out          chainage, offset, the point as given, the foot, the
  *                      azimuth there and its element
  *  @retval QS_OK                out written
  *  @retval QS_OUTSIDE_ALIGNMENT no element has a foot for the point: it
@@ -649,30 +617,14 @@ QS_API qs_status qs_alignment_locate(const HElement* table, size_t record_count,
  *  record's chainage) against record i + 1's X, Y and Azimuth - zero on a
  *  table from qs_alignment_build, the series error on one built by the
  *  device, the rounding of the design on one read from a file.
- *  @param table        a complete element table
- *  @param record_count its records, end record included
- *  @param joints       room for record_count - 1 joints; joint i belongs to
+ *  @param[in] table        a complete element table
+ *  @param[in] record_count its records, end record included
+ *  @param[out] joints       room for record_count - 1 joints; joint i belongs to
  *                      element i
  *  @retval QS_OK           joints written
  *  @retval QS_BAD_ARGUMENT record_count out of bounds or an invalid table
  *          (joints unchanged) */
 QS_API qs_status qs_alignment_joints(const HElement* table, size_t record_count, qs_joint* joints);
-
-QUILLON_SIZE(qs_station_offset, 64);
-QUILLON_LAYOUT(qs_station_offset, chainage, 0);
-QUILLON_LAYOUT(qs_station_offset, offset, 8);
-QUILLON_LAYOUT(qs_station_offset, x, 16);
-QUILLON_LAYOUT(qs_station_offset, y, 24);
-QUILLON_LAYOUT(qs_station_offset, azimuth, 32);
-QUILLON_LAYOUT(qs_station_offset, centre_x, 40);
-QUILLON_LAYOUT(qs_station_offset, centre_y, 48);
-QUILLON_LAYOUT(qs_station_offset, element, 56);
-QUILLON_SIZE(qs_joint, 40);
-QUILLON_LAYOUT(qs_joint, x, 0);
-QUILLON_LAYOUT(qs_joint, y, 8);
-QUILLON_LAYOUT(qs_joint, azimuth, 16);
-QUILLON_LAYOUT(qs_joint, gap, 24);
-QUILLON_LAYOUT(qs_joint, azimuth_gap, 32);
 
 /* ==== profiles ============================================================ */
 
@@ -712,10 +664,10 @@ typedef struct qs_profile_point {
 } qs_profile_point;
 
 /** Design height and grade at a chainage.
- *  @param table        a complete vertical element table
- *  @param record_count its records, end record included
- *  @param chainage     m
- *  @param out          the design height and grade there
+ *  @param[in] table        a complete vertical element table
+ *  @param[in] record_count its records, end record included
+ *  @param[in] chainage     m
+ *  @param[out] out          the design height and grade there
  *  @retval QS_OK                out written
  *  @retval QS_OUTSIDE_ALIGNMENT the chainage lies before the first record's
  *          Chainage or after the end record's: no design height there (out
@@ -737,12 +689,12 @@ typedef struct qs_design_check {
 /** "Where am I?": chainage, offset, design height and cut or fill of a
  *  measured point, from the alignment (qs_alignment_locate) and its profile
  *  (qs_profile_height at the located chainage).
- *  @param table         a complete horizontal element table
- *  @param record_count  its records, end record included
- *  @param profile       a complete vertical element table
- *  @param profile_count its records, end record included
- *  @param measured      the measured point: X, Y, H in m
- *  @param out           where the point lies, the design height and cut/fill
+ *  @param[in] table         a complete horizontal element table
+ *  @param[in] record_count  its records, end record included
+ *  @param[in] profile       a complete vertical element table
+ *  @param[in] profile_count its records, end record included
+ *  @param[in] measured      the measured point: X, Y, H in m
+ *  @param[out] out           where the point lies, the design height and cut/fill
  *  @retval QS_OK                out written
  *  @retval QS_OUTSIDE_ALIGNMENT the point lies beyond both ends of the
  *          alignment, or the profile does not reach its chainage (out
@@ -754,6 +706,175 @@ QS_API qs_status qs_road_check(const HElement* table, size_t record_count, const
                                size_t profile_count, const SurveyPoint* measured,
                                qs_design_check* out);
 
+/* ==== polar points and joins ============================================== */
+
+/* The two elementary computations of a survey, with the true pi: a point set
+ * out from a known one by azimuth and horizontal distance, and the azimuth
+ * and distances from one point to another. */
+
+/** A join from one point to another. */
+typedef struct qs_join_result {
+    double azimuth;             /**< from -> to, arc-seconds in [0, 1296000) */
+    double horizontal_distance; /**< distance in plan, m */
+    double height_difference;   /**< H of the second point minus H of the first, m */
+    double slope_distance;      /**< distance in space, m */
+    double zenith;              /**< zenith angle from -> to, arc-seconds in [0, 648000]: 0
+                                     straight up, 324000 level */
+} qs_join_result;
+
+/** The point at a horizontal distance along an azimuth from a known point:
+ *  X = from X + distance cos(azimuth), Y = from Y + distance sin(azimuth),
+ *  the azimuth folded into [0, 1296000) and converted with the true pi. H
+ *  is the known point's, carried over.
+ *  @param[in] from     the known point, m; X, Y and H finite and within
+ *                  +-QS_MAX_LENGTH
+ *  @param[in] azimuth  arc-seconds, any finite value
+ *  @param[in] distance horizontal distance, m, finite and within
+ *                  +-QS_MAX_LENGTH (a negative one sets out the opposite way)
+ *  @param[out] out      the point
+ *  @retval QS_OK           out written
+ *  @retval QS_BAD_ARGUMENT a non-finite input, a coordinate or the distance
+ *          beyond QS_MAX_LENGTH (out unchanged) */
+QS_API qs_status qs_polar_point(const SurveyPoint* from, double azimuth, double distance,
+                                SurveyPoint* out);
+
+/** Azimuth, distances, height difference and zenith angle from one point to
+ *  another, with the true pi: due east is 324000 exactly.
+ *  @param[in] from the first point, m; X, Y and H finite and within
+ *              +-QS_MAX_LENGTH
+ *  @param[in] to   the second point, m; likewise
+ *  @param[out] out  the join
+ *  @retval QS_OK           out written
+ *  @retval QS_SINGULAR     the points have equal X and equal Y: no azimuth
+ *          (out unchanged)
+ *  @retval QS_BAD_ARGUMENT a non-finite coordinate or one beyond
+ *          QS_MAX_LENGTH (out unchanged) */
+QS_API qs_status qs_join(const SurveyPoint* from, const SurveyPoint* to, qs_join_result* out);
+
+/* ==== batches ============================================================= */
+
+/* Polar points, joins and locate over arrays: one call for a whole set of
+ * points, for callers that hold thousands of them (and bindings from other
+ * languages, which would otherwise pay for a call per point).
+ * - Element i of every output is what the single function gives for element
+ *   i of the inputs, to the bit.
+ * - Arrays are plain doubles of count elements. An output may be the very
+ *   array of an input (computed in place); no other overlap is allowed.
+ * - Every input is checked before anything is written: one bad element
+ *   refuses the whole batch (QS_BAD_ARGUMENT) and every output is left
+ *   unchanged.
+ * - Where the single function fails for the geometry of one element (a
+ *   point that coincides with the station, a point beyond both ends of the
+ *   alignment), the batch writes NaN in its place and carries on.
+ * - A count of 0 reads and writes nothing and succeeds. */
+
+/** Most elements one batch takes. */
+#define QS_MAX_BATCH 1000000000
+
+/** Polar points from one station: element i of x and y is the point
+ *  qs_polar_point gives for azimuths[i] and distances[i].
+ *  @param[in] from      the station, m, checked as by qs_polar_point
+ *  @param[in] azimuths  count azimuths, arc-seconds, each finite
+ *  @param[in] distances count horizontal distances, m, each finite and within
+ *                   +-QS_MAX_LENGTH
+ *  @param[in] count     number of points, 0 to QS_MAX_BATCH
+ *  @param[out] x         room for count northings, m
+ *  @param[out] y         room for count eastings, m
+ *  @retval QS_OK           x and y written
+ *  @retval QS_BAD_ARGUMENT count above QS_MAX_BATCH, a bad station or any
+ *          bad azimuth or distance (x and y unchanged) */
+QS_API qs_status qs_polar_points(const SurveyPoint* from, const double* azimuths,
+                                 const double* distances, size_t count, double* x, double* y);
+
+/** Joins from one station to many points in plan: element i of azimuths and
+ *  distances is the azimuth and horizontal distance qs_join gives from the
+ *  station to (x[i], y[i]); a point on the station in plan gets the azimuth
+ *  NaN and the distance 0.
+ *  @param[in] from      the station, m, checked as by qs_join
+ *  @param[in] x         count northings, m, each finite and within +-QS_MAX_LENGTH
+ *  @param[in] y         count eastings, m, likewise
+ *  @param[in] count     number of points, 0 to QS_MAX_BATCH
+ *  @param[out] azimuths  room for count azimuths, arc-seconds in [0, 1296000)
+ *  @param[out] distances room for count horizontal distances, m
+ *  @retval QS_OK           azimuths and distances written
+ *  @retval QS_BAD_ARGUMENT count above QS_MAX_BATCH, a bad station or any
+ *          bad coordinate (azimuths and distances unchanged) */
+QS_API qs_status qs_joins(const SurveyPoint* from, const double* x, const double* y, size_t count,
+                          double* azimuths, double* distances);
+
+/** Chainage and offset of many measured points: element i of chainages and
+ *  offsets is what qs_alignment_locate gives for (x[i], y[i]); a point
+ *  beyond both ends of the alignment gets NaN in both.
+ *  @param[in] table        a complete element table, checked once
+ *  @param[in] record_count its records, end record included
+ *  @param[in] x            count northings, m, each finite and within
+ *                      +-QS_MAX_COORDINATE
+ *  @param[in] y            count eastings, m, likewise
+ *  @param[in] count        number of points, 0 to QS_MAX_BATCH
+ *  @param[out] chainages    room for count chainages, m
+ *  @param[out] offsets      room for count offsets, m, + right
+ *  @retval QS_OK           chainages and offsets written
+ *  @retval QS_BAD_ARGUMENT count above QS_MAX_BATCH, record_count out of
+ *          bounds, an invalid table or any bad coordinate (chainages and
+ *          offsets unchanged) */
+QS_API qs_status qs_alignment_locate_many(const HElement* table, size_t record_count,
+                                          const double* x, const double* y, size_t count,
+                                          double* chainages, double* offsets);
+
+/** @cond QUILLON_LAYOUT_CHECKS */
+/* Sizes and field offsets of every record, checked as those of quillon.h
+ * are (size_t is 4 or 8 bytes). */
+QUILLON_SIZE(qs_sighting, 64);
+QUILLON_LAYOUT(qs_sighting, x, 0);
+QUILLON_LAYOUT(qs_sighting, direction, 24);
+QUILLON_LAYOUT(qs_sighting, target_height, 48);
+QUILLON_LAYOUT(qs_sighting, has_distance, 56);
+QUILLON_LAYOUT(qs_sighting, has_zenith, 60);
+QUILLON_SIZE(qs_free_station_options, 72);
+QUILLON_LAYOUT(qs_free_station_options, blunder_threshold, 56);
+QUILLON_LAYOUT(qs_free_station_options, curvature, 64);
+QUILLON_LAYOUT(qs_free_station_options, max_iterations, 68);
+QUILLON_SIZE(qs_free_station_result, 96 + 4 * sizeof(size_t));
+QUILLON_LAYOUT(qs_free_station_result, blunder_w, 80);
+QUILLON_LAYOUT(qs_free_station_result, blunder_kind, 88);
+QUILLON_LAYOUT(qs_free_station_result, blunder_flagged, 92);
+QUILLON_LAYOUT(qs_free_station_result, dof, 96);
+QUILLON_LAYOUT(qs_free_station_result, iterations, 96 + 3 * sizeof(size_t));
+QUILLON_SIZE(qs_sighting_result, 96);
+QUILLON_LAYOUT(qs_sighting_result, height_w, 88);
+QUILLON_SIZE(qs_traverse_ends, 96);
+QUILLON_LAYOUT(qs_traverse_ends, start_backsight, 24);
+QUILLON_LAYOUT(qs_traverse_ends, end_foresight, 72);
+QUILLON_SIZE(qs_traverse_station, 24);
+QUILLON_LAYOUT(qs_traverse_station, height_difference, 16);
+QUILLON_SIZE(qs_traverse_result, 88);
+QUILLON_LAYOUT(qs_traverse_result, total_length, 80);
+QUILLON_SIZE(qs_transition, 48);
+QUILLON_LAYOUT(qs_transition, x, 0);
+QUILLON_LAYOUT(qs_transition, y, 8);
+QUILLON_LAYOUT(qs_transition, azimuth, 16);
+QUILLON_LAYOUT(qs_transition, curvature_start, 24);
+QUILLON_LAYOUT(qs_transition, curvature_end, 32);
+QUILLON_LAYOUT(qs_transition, length, 40);
+QUILLON_SIZE(qs_pose, 24);
+QUILLON_LAYOUT(qs_pose, x, 0);
+QUILLON_LAYOUT(qs_pose, y, 8);
+QUILLON_LAYOUT(qs_pose, azimuth, 16);
+QUILLON_SIZE(qs_station_offset, 64);
+QUILLON_LAYOUT(qs_station_offset, chainage, 0);
+QUILLON_LAYOUT(qs_station_offset, offset, 8);
+QUILLON_LAYOUT(qs_station_offset, x, 16);
+QUILLON_LAYOUT(qs_station_offset, y, 24);
+QUILLON_LAYOUT(qs_station_offset, azimuth, 32);
+QUILLON_LAYOUT(qs_station_offset, centre_x, 40);
+QUILLON_LAYOUT(qs_station_offset, centre_y, 48);
+QUILLON_LAYOUT(qs_station_offset, element, 56);
+QUILLON_SIZE(qs_joint, 40);
+QUILLON_LAYOUT(qs_joint, x, 0);
+QUILLON_LAYOUT(qs_joint, y, 8);
+QUILLON_LAYOUT(qs_joint, azimuth, 16);
+QUILLON_LAYOUT(qs_joint, gap, 24);
+QUILLON_LAYOUT(qs_joint, azimuth_gap, 32);
 QUILLON_SIZE(qs_profile_point, 16);
 QUILLON_LAYOUT(qs_profile_point, height, 0);
 QUILLON_LAYOUT(qs_profile_point, grade, 8);
@@ -761,6 +882,13 @@ QUILLON_SIZE(qs_design_check, 80);
 QUILLON_LAYOUT(qs_design_check, position, 0);
 QUILLON_LAYOUT(qs_design_check, design_height, 64);
 QUILLON_LAYOUT(qs_design_check, cut_fill, 72);
+QUILLON_SIZE(qs_join_result, 40);
+QUILLON_LAYOUT(qs_join_result, azimuth, 0);
+QUILLON_LAYOUT(qs_join_result, horizontal_distance, 8);
+QUILLON_LAYOUT(qs_join_result, height_difference, 16);
+QUILLON_LAYOUT(qs_join_result, slope_distance, 24);
+QUILLON_LAYOUT(qs_join_result, zenith, 32);
+/** @endcond */
 
 #ifdef __cplusplus
 }

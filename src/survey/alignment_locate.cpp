@@ -289,12 +289,11 @@ bool beyond_reach(const Target& point, const HElement* table, std::size_t index,
 
 } // namespace
 
-extern "C" qs_status qs_alignment_locate(const HElement* table, std::size_t record_count, double x,
-                                         double y, qs_station_offset* out)
+namespace quillon::survey {
+
+bool locate_on(const HElement* table, std::size_t record_count, double x, double y,
+               qs_station_offset& out)
 {
-    if (!alignment_valid(table, record_count) || !within_range(x) || !within_range(y)) {
-        return QS_BAD_ARGUMENT;
-    }
     const Target point{x, y};
     const std::size_t elements = record_count - 1;
 
@@ -328,15 +327,31 @@ extern "C" qs_status qs_alignment_locate(const HElement* table, std::size_t reco
         search_element(best, point, table, record_count, i);
     }
     if (!best.found) {
+        return false;
+    }
+    out.chainage = best.chainage;
+    out.offset = best.offset;
+    out.x = x;
+    out.y = y;
+    out.azimuth = best.azimuth;
+    out.centre_x = best.centre_x;
+    out.centre_y = best.centre_y;
+    out.element = best.element;
+    return true;
+}
+
+} // namespace quillon::survey
+
+extern "C" qs_status qs_alignment_locate(const HElement* table, std::size_t record_count, double x,
+                                         double y, qs_station_offset* out)
+{
+    if (!alignment_valid(table, record_count) || !within_range(x) || !within_range(y)) {
+        return QS_BAD_ARGUMENT;
+    }
+    qs_station_offset found;
+    if (!locate_on(table, record_count, x, y, found)) {
         return QS_OUTSIDE_ALIGNMENT;
     }
-    out->chainage = best.chainage;
-    out->offset = best.offset;
-    out->x = x;
-    out->y = y;
-    out->azimuth = best.azimuth;
-    out->centre_x = best.centre_x;
-    out->centre_y = best.centre_y;
-    out->element = best.element;
+    *out = found;
     return QS_OK;
 }

@@ -112,6 +112,11 @@ bool alignment_valid(const HElement* table, std::size_t record_count);
 
 bool profile_valid(const VElement* table, std::size_t record_count);
 
+// Chainage and offset of a point on a valid table (qs_alignment_locate
+// without its checks); false, out unchanged, when no element has a foot.
+bool locate_on(const HElement* table, std::size_t record_count, double x, double y,
+               qs_station_offset& out);
+
 // Index of the element holding a chainage that lies within the table:
 // the last record before the end whose Chainage is at or before it.
 template <typename Record>

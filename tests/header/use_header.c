@@ -1,6 +1,8 @@
-/* The interface header compiled by an older caller: this file builds only
- * when the header is valid C89/C99 (or C++98), layout checks included. */
+/* The public headers compiled together by an older caller: this file builds
+ * only when they are valid C89/C99 (or C++98), layout checks included. */
 #include "quillon.h"
+#include "quillon/io.h"
+#include "quillon/survey.h"
 
 int quillon_header_check(void)
 {
