@@ -28,3 +28,21 @@ if(QUILLON_SANITIZE)
     target_compile_options(quillon_flags INTERFACE ${_quillon_san})
     target_link_options(quillon_flags INTERFACE ${_quillon_san})
 endif()
+
+# The fuzz targets' build: every object instrumented for libFuzzer's coverage
+# and checked as in QUILLON_SANITIZE; the targets themselves link libFuzzer
+# (fuzz/CMakeLists.txt).
+if(QUILLON_FUZZ)
+    if(NOT CMAKE_C_COMPILER_ID MATCHES "Clang" OR NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+        message(FATAL_ERROR "QUILLON_FUZZ needs clang: configure with CC=clang CXX=clang++")
+    endif()
+    set(_quillon_fuzz_san -fsanitize=address,undefined,float-cast-overflow)
+    target_compile_options(quillon_flags INTERFACE ${_quillon_fuzz_san} -fsanitize=fuzzer-no-link
+        -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(quillon_flags INTERFACE ${_quillon_fuzz_san})
+endif()
+
+if(QUILLON_SANITIZE_THREAD)
+    target_compile_options(quillon_flags INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+    target_link_options(quillon_flags INTERFACE -fsanitize=thread)
+endif()

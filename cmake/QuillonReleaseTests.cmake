@@ -7,6 +7,7 @@ add_test(NAME version.consistent
         -DVERSION=${PROJECT_VERSION}
         -DSOURCE_DIR=${PROJECT_SOURCE_DIR}
         -P ${PROJECT_SOURCE_DIR}/cmake/check_version.cmake)
+set_tests_properties(version.consistent PROPERTIES TIMEOUT 120)
 
 if(NOT CMAKE_CROSSCOMPILING)
     add_test(NAME package.subdirectory
@@ -17,4 +18,5 @@ if(NOT CMAKE_CROSSCOMPILING)
             -DC_COMPILER=${CMAKE_C_COMPILER}
             -DCXX_COMPILER=${CMAKE_CXX_COMPILER}
             -P ${PROJECT_SOURCE_DIR}/cmake/check_subdirectory.cmake)
+    set_tests_properties(package.subdirectory PROPERTIES TIMEOUT 900)
 endif()

@@ -1089,7 +1089,10 @@ typedef struct CirclePointPair {
  * with the line, not from a measured distance. An angle counts as vertical
  * or parallel when its whole arc-seconds (as a 32-bit integer), reduced by a
  * full circle with their sign, are exactly 324000 or 972000; a negative
- * angle never is (a zenith angle of 648000 passes). No range test is made.
+ * angle never is (a zenith angle of 648000 passes). Where that conversion is
+ * undefined in C, it is defined here: an angle of 2^31 seconds or more, or of
+ * -2^31 or less, converts to the nearest 32-bit limit and a not-a-number to
+ * 0, so such an angle is never vertical or parallel. No range test is made.
  *
  * @param[in]  pts  A, B (the line) and S (the station), m
  * @param[in]  obs  [0] the sighting to A, [2] the sighting to the target on
@@ -1830,14 +1833,15 @@ QUILLON_API ResultCode LIB_CalWay_H_On(const HElement* table, unsigned char n, d
  *
  * @param[in]  chainages  the main points' chainages, ascending from the
  *                        start to the end, m
- * @param[in]  m          number of chainages, at most 81
+ * @param[in]  m          number of chainages, at most 81; above 81 no
+ *                        chainage is read
  * @param[in]  interval   distance between piles, m, from 0 to 99999999.9999
  * @param[out] piles      room for 81 values, m
  * @param[out] pile_count number of entries in piles
  * @param[in]  mode       0 whole multiples, 1 from the start, other from 0
  * @retval QUILLON_OK     piles and pile_count written
- * @retval QUILLON_DOMAIN a chainage outside the range limit (tested first),
- *                        an interval outside [0, 99999999.9999], m above 81,
+ * @retval QUILLON_DOMAIN m above 81 (tested first), a chainage outside the
+ *                        range limit, an interval outside [0, 99999999.9999],
  *                        or m = 0 with a positive interval; nothing written
  * @retval QUILLON_TABLE  the list would exceed 80 entries; the list so far
  *                        (unsorted) and its count written
@@ -2422,6 +2426,13 @@ typedef struct TraverseResult {
  * correction leaves the caller's values there, and the open traverse (type
  * 4) fills them with the plain increments. The work array of one entry per
  * station is the library's one allocation; it is freed before every return.
+ *
+ * In types 0 to 2 the angular misclosure comes off every station angle in
+ * equal shares, misclosure / n; the whole seconds that the shares leave
+ * over, |misclosure - share n| truncated to a 32-bit integer, add one second
+ * each to the first stations' angles. Where that conversion is undefined in
+ * C, it is defined here: a left-over of 2^31 seconds or more converts to
+ * 2147483647 and a not-a-number to 0.
  *
  * @param[in,out] stations n stations in traverse order (n - 1 legs)
  * @param[in]     n        number of stations, at least 2

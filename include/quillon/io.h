@@ -288,7 +288,8 @@ typedef struct qio_point {
  *  @retval QIO_MALFORMED    no header, or one without name, X or Y; a
  *          column named twice; a row whose field count differs from the
  *          header's; an empty name; an X, Y or H that is not a finite
- *          number; a quote left open; text that is not UTF-8
+ *          number; a quote left open; text that is not UTF-8 or holds a
+ *          NUL byte
  *  @retval QIO_BAD_ARGUMENT path or points null
  *  @retval QIO_NO_MEMORY    memory ran out
  *  On failure *points is unchanged. */
@@ -334,7 +335,8 @@ typedef struct qio_table qio_table;
  *  @retval QIO_OK           *table written
  *  @retval QIO_CANNOT_READ  the file cannot be opened or read
  *  @retval QIO_MALFORMED    no header; a row whose cell count differs from
- *          the header's; a quote left open; text that is not UTF-8
+ *          the header's; a quote left open; text that is not UTF-8 or holds a
+ *          NUL byte
  *  @retval QIO_BAD_ARGUMENT path or table null
  *  @retval QIO_NO_MEMORY    memory ran out
  *  On failure *table is unchanged. */

@@ -79,7 +79,7 @@ typedef enum qs_status {
 #define QS_RAD_PER_SEC 4.84813681109536e-6
 
 /** A short English text for a status, for messages.
- *  @param[in] status a qs_status
+ *  @param[in] status a qs_status; any other int a caller passes is accepted
  *  @return "success", "too few observations", ... ; "unknown status" for a
  *          value outside the enumeration. The text is static and never
  *          freed. */
@@ -449,7 +449,10 @@ typedef struct qs_pose {
  *  @retval QS_BAD_ARGUMENT a non-finite field or s; a length not greater
  *          than 0; s outside [0, length]; a coordinate or length beyond
  *          QS_MAX_COORDINATE; a turn bound (the larger curvature magnitude
- *          times the length) beyond QS_MAX_TURN (out unchanged) */
+ *          times the length) beyond QS_MAX_TURN; a change of curvature too
+ *          steep for a double (its rate per metre, the difference of the
+ *          curvatures over the length, beyond the largest double: a length
+ *          near the smallest doubles) (out unchanged) */
 QS_API qs_status qs_transition_point(const qs_transition* curve, double s, qs_pose* out);
 
 /* ==== alignments ========================================================== */
@@ -482,9 +485,12 @@ QS_API qs_status qs_transition_point(const qs_transition* curve, double s, qs_po
  * coordinates and chainages within QS_MAX_COORDINATE; every element has a
  * finite Length > 0 (at most QS_MAX_COORDINATE); arcs and transition curves
  * have a finite Radius > 0, Turn 0 or 1 and turn by at most QS_MAX_TURN
- * (Length / Radius); transition curves have Spiral 0 or 1; chainages
- * increase, and each chainage step differs from its element's Length by at
- * most QS_CHAINAGE_TOLERANCE. Radius, Turn and Spiral of a line are not
+ * (Length / Radius), also as evaluated up to its chainage step (the larger
+ * curvature magnitude on that stretch times the step: a transition curve
+ * far shorter than the step, or too short for its rate of change of
+ * curvature to be a double, turns by more); transition curves have Spiral 0
+ * or 1; chainages increase, and each chainage step differs from its
+ * element's Length by at most QS_CHAINAGE_TOLERANCE. Radius, Turn and Spiral of a line are not
  * read. An invalid table gives QS_BAD_ARGUMENT. */
 
 /** Most elements an alignment may hold. */

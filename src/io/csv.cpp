@@ -92,6 +92,13 @@ CsvTable read_csv(const std::string& name, std::string_view bytes)
                           std::string(1, "0123456789ABCDEF"[bytes[bad] & 0xF]) +
                           "): save the file as UTF-8");
     }
+    // Names and cells are handed out as C strings, which a NUL byte would
+    // cut short.
+    const std::size_t nul = bytes.find('\0');
+    if (nul != std::string_view::npos) {
+        const Source prefix(name, std::string(bytes.substr(0, nul)));
+        prefix.refuse(QIO_MALFORMED, prefix.line_at(nul), "a NUL byte: not a text file");
+    }
     CsvTable table{Source(name, std::string(bytes)), ',', 0, {}, {}};
     const std::string& text = table.source.text();
     std::size_t start = 0;

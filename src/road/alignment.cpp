@@ -112,15 +112,20 @@ ResultCode evaluate(const HElement* table, unsigned int i, double K, TangentPoin
 
 // The chainages to stake out must lie in range, the interval from 0 to the
 // range limit, and their count within an element table's; piles need a
-// start chainage to count from.
+// start chainage to count from. Every failure gives the same status and
+// writes nothing, so the count is tested before any chainage is read: a
+// count above the table's never reads beyond the 81 a table can hold.
 bool pile_request_valid(const double* chainages, unsigned int given, double interval)
 {
+    if (given > ROAD_TABLE_CAPACITY) {
+        return false;
+    }
     for (unsigned int j = 0; j < given; ++j) {
         if (!in_range(chainages[j])) {
             return false;
         }
     }
-    if (!(interval >= 0.0 && interval <= RANGE_LIMIT) || given > ROAD_TABLE_CAPACITY) {
+    if (!(interval >= 0.0 && interval <= RANGE_LIMIT)) {
         return false;
     }
     return !(given == 0 && interval > 0.0);

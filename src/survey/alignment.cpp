@@ -8,6 +8,22 @@ using namespace quillon::survey;
 namespace quillon {
 namespace survey {
 
+namespace {
+
+// The bound of the turn over an element evaluated from its start to `span`,
+// by which the quadrature cuts it into panels. Length / Radius bounds it
+// only where the rate of change of curvature is representable and the span
+// is the element's length: a transition curve far shorter than its radius
+// (a rate beyond the largest double, an infinite bound) or evaluated well
+// past its length (its curvature growing on) turns by far more.
+double evaluated_turn(const HElement& record, double span)
+{
+    const Element element = element_from(record, span);
+    return turn_bound(element.start.curvature, element.curvature_rate, span);
+}
+
+} // namespace
+
 bool element_kind_valid(const HElement& record)
 {
     if (record.Type != LINE && record.Type != ARC && record.Type != TRANSITION) {
@@ -28,7 +44,8 @@ bool element_kind_valid(const HElement& record)
     if (record.Type == TRANSITION && record.Spiral != ENTRY && record.Spiral != EXIT) {
         return false;
     }
-    return record.Length / record.Radius <= QS_MAX_TURN;
+    return record.Length / record.Radius <= QS_MAX_TURN &&
+           evaluated_turn(record, record.Length) <= QS_MAX_TURN;
 }
 
 namespace {
@@ -57,7 +74,8 @@ bool alignment_valid(const HElement* table, std::size_t record_count)
         }
         // The element is evaluated up to its chainage step, which may pass
         // its length by the tolerance.
-        if (record.Type != LINE && !(span / record.Radius <= QS_MAX_TURN)) {
+        if (record.Type != LINE &&
+            !(span / record.Radius <= QS_MAX_TURN && evaluated_turn(record, span) <= QS_MAX_TURN)) {
             return false;
         }
     }

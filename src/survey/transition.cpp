@@ -124,8 +124,14 @@ extern "C" qs_status qs_transition_point(const qs_transition* curve, double s, q
     if (!(largest_curvature * curve->length <= QS_MAX_TURN)) {
         return QS_BAD_ARGUMENT;
     }
-    const Frame start{curve->x, curve->y, fold_azimuth(curve->azimuth), curve->curvature_start};
+    // The quadrature cuts the curve into panels by the turn bound of its
+    // rate of change of curvature: on a curve too short for its change of
+    // curvature that rate is beyond the largest double, and the bound with it.
     const double curvature_rate = (curve->curvature_end - curve->curvature_start) / curve->length;
+    if (!(turn_bound(curve->curvature_start, curvature_rate, curve->length) <= QS_MAX_TURN)) {
+        return QS_BAD_ARGUMENT;
+    }
+    const Frame start{curve->x, curve->y, fold_azimuth(curve->azimuth), curve->curvature_start};
     const Frame point = advance(start, curvature_rate, s);
     out->x = point.x;
     out->y = point.y;

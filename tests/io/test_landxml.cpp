@@ -97,6 +97,10 @@ const std::vector<DesignCase> designs = {
      "Inframodel file"},
 };
 
+// A case prints as its file: GoogleTest would print the record's bytes,
+// padding and unused string storage included, which hold no set value.
+void PrintTo(const DesignCase& c, std::ostream* out) { *out << c.file; }
+
 class Designs : public ::testing::TestWithParam<DesignCase> {};
 
 TEST_P(Designs, ReadIntoTheDeviceTable)
@@ -370,6 +374,10 @@ const std::vector<Quirk> quirks = {
      "the lengths are used"},
 };
 
+// A case prints as its name: GoogleTest would print the record's bytes,
+// padding and unused string storage included, which hold no set value.
+void PrintTo(const Quirk& c, std::ostream* out) { *out << c.name; }
+
 class Quirks : public ::testing::TestWithParam<Quirk> {};
 
 TEST_P(Quirks, AreRead)
@@ -598,6 +606,10 @@ const std::vector<Refusal> refusals = {
      11,
      "StaEquation with decreasing stations is not read"},
 };
+
+// A case prints as its name: GoogleTest would print the record's bytes,
+// padding and unused string storage included, which hold no set value.
+void PrintTo(const Refusal& c, std::ostream* out) { *out << c.name; }
 
 class Refusals : public ::testing::TestWithParam<Refusal> {};
 

@@ -62,6 +62,10 @@ const std::vector<Form> forms = {
     {"HeaderOnly", "name,X,Y,H\n", {}},
 };
 
+// A case prints as its label: GoogleTest would print the record's bytes,
+// padding and unused string storage included, which hold no set value.
+void PrintTo(const Form& c, std::ostream* out) { *out << c.label; }
+
 class Forms : public ::testing::TestWithParam<Form> {};
 
 TEST_P(Forms, AreRead)
@@ -112,8 +116,14 @@ const std::vector<Bad> bad = {
     {"NotUtf8", "name,X,Y\nA,1,2\nB\xE9,1,2\n", 3,
      "not UTF-8 text (byte 0xE9): save the file as UTF-8"},
     {"QuoteLeftOpen", "name,X,Y\n\"A,1,2\n", 2, "a quoted field is not closed"},
+    // Found by fuzzing: the name would have been handed out as "A".
+    {"NulByte", std::string("name,X,Y\nA\0B,1,2\n", 17), 2, "a NUL byte: not a text file"},
     {"Empty", "# nothing\n", 0, "the file is empty: a header row is needed"},
 };
+
+// A case prints as its label: GoogleTest would print the record's bytes,
+// padding and unused string storage included, which hold no set value.
+void PrintTo(const Bad& c, std::ostream* out) { *out << c.label; }
 
 class BadRows : public ::testing::TestWithParam<Bad> {};
 
@@ -218,6 +228,10 @@ TEST(Tables, BadFilesAreRefused)
     table = sentinel;
     EXPECT_EQ(qio_table_read_buffer("a,b\n1\n", 6, "t.csv", &table, &error), QIO_MALFORMED);
     EXPECT_STREQ(error.message, "t.csv:2: the row has 1 fields, the header 2 (separator ',')");
+    // Found by fuzzing: the heading would have been handed out as "c", which
+    // names no column.
+    EXPECT_EQ(qio_table_read_buffer("a,c\0d\n1,2\n", 10, "t.csv", &table, &error), QIO_MALFORMED);
+    EXPECT_STREQ(error.message, "t.csv:1: a NUL byte: not a text file");
     EXPECT_EQ(qio_table_read_file("/nonexistent/t.csv", &table, &error), QIO_CANNOT_READ);
     EXPECT_EQ(qio_table_read_file(nullptr, &table, nullptr), QIO_BAD_ARGUMENT);
     EXPECT_EQ(table, sentinel);

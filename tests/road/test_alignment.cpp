@@ -231,3 +231,24 @@ TEST(Pile, ListsOfPiles)
         EXPECT_UNTOUCHED(call, piles[c.status == 4 ? 80 : c.expected.size()]);
     }
 }
+
+TEST(Pile, CountAboveATableIsRefusedBeforeAnyChainageIsRead)
+{
+    // Found by fuzzing: with m above 81 every one of the m chainages was
+    // range-tested before the count. A caller holds at most a table's 81;
+    // in a heap block of exactly 81, a sanitized build reports any read
+    // beyond them.
+    const std::vector<double> table(81, 100.0);
+    for (const unsigned m : {82u, 200u, 255u}) {
+        const Call call("LIB_CalWay_Pile", "m = " + std::to_string(m));
+        double piles[81];
+        uint32_t count = qtest::sentinel_filled<uint32_t>();
+        qtest::fill_sentinel(piles);
+        EXPECT_STATUS(
+            call,
+            LIB_CalWay_Pile(table.data(), static_cast<unsigned char>(m), 20.0, piles, &count, 0),
+            1);
+        EXPECT_UNTOUCHED(call, piles);
+        EXPECT_UNTOUCHED(call, count);
+    }
+}

@@ -236,8 +236,16 @@ TEST(GradeIntersections, RefusedInputAndFullTable)
         {3, 1, vertex(0, 100.0, 200.0), 2},        {3, 2, vertex(0, 200.0, -300.0), 2},
     };
     for (const auto& [call, c] : rows("LIB_CalWay_V_Cross_MainPoint", cases)) {
-        VElement points[] = {vertex(0, 0.0, 10.0), vertex(0, 100.0, 10.0), vertex(0, 200.0, 10.0)};
-        points[c.index] = c.point;
+        VElement given[] = {vertex(0, 0.0, 10.0), vertex(0, 100.0, 10.0), vertex(0, 200.0, 10.0)};
+        given[c.index] = c.point;
+        // Field by field into sentinel-filled records, so that the padding
+        // the byte comparison covers holds known bytes.
+        VElement points[3];
+        qtest::fill_sentinel(points);
+        for (int i = 0; i < 3; ++i) {
+            qtest::each_field(&points[i],
+                              [&](const char*, auto field) { points[i].*field = given[i].*field; });
+        }
         VElement before[3], table[3];
         std::memcpy(before, points, sizeof points);
         qtest::fill_sentinel(table);

@@ -318,6 +318,34 @@ TEST(SurveyAlignment, RefusesBadTablesAndArguments)
     EXPECT_TRUE(qtest::untouched(out));
 }
 
+TEST(SurveyAlignment, RefusesTransitionsThatTurnFarMoreAsEvaluated)
+{
+    // Found by fuzzing: an entry transition of 1e-15 m evaluated to its
+    // chainage step of 2^-10 m (within the tolerance) turns by
+    // step^2 / (2 Radius Length), some 5e11 rad, although Length / Radius is
+    // 1e-12: the quadrature's panels never ended. Its table is refused at once.
+    const double step = 0.0009765625;
+    std::vector<HElement> table(3);
+    table[0] = {1, 100.0, 200.0, 0.0, 64.0, 0.0, 0, 0, 0.0};
+    table[1] = {3, 164.0, 200.0, 0.0, 1e-15, 1e-3, 1, 0, 64.0};
+    table[2] = {0, 164.0 + step, 200.0, 0.0, 0.0, 0.0, 0, 0, 64.0 + step};
+    qs_station_offset out = qtest::sentinel_filled<qs_station_offset>();
+    EXPECT_EQ(qs_alignment_point(table.data(), 3, 64.0005, 0.0, &out), QS_BAD_ARGUMENT);
+    EXPECT_EQ(qs_alignment_locate(table.data(), 3, 164.0, 200.0, &out), QS_BAD_ARGUMENT);
+    EXPECT_TRUE(qtest::untouched(out));
+    // The same transition as long as its step is an ordinary element.
+    table[1].Length = step;
+    EXPECT_EQ(qs_alignment_point(table.data(), 3, 64.0005, 0.0, &out), QS_OK);
+
+    // A transition 1e-160 m long to a radius of 1e-160 m turns by 1 rad, but
+    // its curvature grows at 1e320 per square metre, no double: the builder
+    // refuses it rather than evaluate it with an infinite rate.
+    const std::vector<HElement> list = {{3, 0.0, 0.0, 0.0, 1e-160, 1e-160, 1, 0, 0.0}};
+    std::vector<HElement> built(2, qtest::sentinel_filled<HElement>());
+    EXPECT_EQ(qs_alignment_build(list.data(), 2, built.data()), QS_BAD_ARGUMENT);
+    EXPECT_TRUE(qtest::untouched(built[0]) && qtest::untouched(built[1]));
+}
+
 TEST(SurveyAlignment, BuilderRefusesBadElementsAndLeavesTheTableAlone)
 {
     const std::vector<HElement> good =

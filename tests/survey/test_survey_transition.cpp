@@ -200,6 +200,14 @@ TEST(SurveyTransition, RefusesBadInputAndLeavesTheOutputAlone)
          {0, 0, 0, 0, std::nextafter(10.0, INF), 1000},
          1,
          QS_BAD_ARGUMENT},
+        // Within the turn bound, but the curvature changes by 1e145 over
+        // 1e-307 m: its rate of change is no double. Found by fuzzing: the
+        // quadrature cut such a curve into endless panels.
+        {"change of curvature too steep", {0, 0, 0, 1e145, 0, 1e-307}, 5e-308, QS_BAD_ARGUMENT},
+        {"change of curvature too steep, turning left",
+         {0, 0, 0, 2e-311, -1e270, 4e-270},
+         6e-308,
+         QS_BAD_ARGUMENT},
         {"the largest turn, at the length", {0, 0, 0, -10.0, 0.0, 1000.0}, 1000.0, QS_OK},
         {"the farthest start", {-QS_MAX_COORDINATE, QS_MAX_COORDINATE, 0, 0, 0, 1.0}, 0.0, QS_OK},
     };

@@ -377,6 +377,10 @@ const std::vector<BadObservations> bad_observations = {
      "obs.csv:4: distance \"\" is not a number"},
 };
 
+// A case prints as its name: GoogleTest would print the record's bytes,
+// padding and unused string storage included, which hold no set value.
+void PrintTo(const BadObservations& c, std::ostream* out) { *out << c.name; }
+
 class BadObservationFiles : public ::testing::TestWithParam<BadObservations> {};
 
 TEST_P(BadObservationFiles, ClearMessageExitCodeAndNoOutput)
@@ -395,6 +399,10 @@ INSTANTIATE_TEST_SUITE_P(Cli, BadObservationFiles, ::testing::ValuesIn(bad_obser
                          [](const ::testing::TestParamInfo<BadObservations>& info) {
                              return std::string(info.param.name);
                          });
+
+// A case prints as its name: GoogleTest would print the record's bytes,
+// padding and unused string storage included, which hold no set value.
+void PrintTo(const Bad& c, std::ostream* out) { *out << c.name; }
 
 class BadInput : public ::testing::TestWithParam<Bad> {};
 
