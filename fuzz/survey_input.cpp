@@ -16,6 +16,15 @@
 //   qs_alignment_joints  an alignment; joints[record_count - 1]
 //   qs_profile_height    chainage; a profile; out
 //   qs_road_check        an alignment; a profile; measured; out
+//   qs_polar_point       azimuth, distance; from; out
+//   qs_join              from; to; out
+//   qs_polar_points      count; from; azimuths[count]; distances[count];
+//                        x[count]; y[count]
+//   qs_joins             count; from; x[count]; y[count]; azimuths[count];
+//                        distances[count]
+//   qs_alignment_locate_many
+//                        count; an alignment; x[count]; y[count];
+//                        chainages[count]; offsets[count]
 // An alignment is record_count, a source byte (modulo 3), then
 // table[record_count]: used raw (0), or its first record_count - 1 records
 // are the element list that qs_alignment_build (1) or, for 2 to 81 records,
@@ -38,9 +47,10 @@ extern "C" const char* qfuzz_status_message(int status);
 namespace qfuzz {
 
 const char* const survey_function_names[SURVEY_FUNCTIONS] = {
-    "qs_status_message",  "qs_free_station",    "qs_traverse_adjust",  "qs_transition_point",
-    "qs_alignment_build", "qs_alignment_point", "qs_alignment_locate", "qs_alignment_joints",
-    "qs_profile_height",  "qs_road_check"};
+    "qs_status_message",  "qs_free_station",    "qs_traverse_adjust",      "qs_transition_point",
+    "qs_alignment_build", "qs_alignment_point", "qs_alignment_locate",     "qs_alignment_joints",
+    "qs_profile_height",  "qs_road_check",      "qs_polar_point",          "qs_join",
+    "qs_polar_points",    "qs_joins",           "qs_alignment_locate_many"};
 
 namespace {
 
@@ -54,7 +64,12 @@ enum SurveyFunction : std::size_t {
     ALIGNMENT_LOCATE,
     ALIGNMENT_JOINTS,
     PROFILE_HEIGHT,
-    ROAD_CHECK
+    ROAD_CHECK,
+    POLAR_POINT,
+    JOIN,
+    POLAR_POINTS,
+    JOINS,
+    ALIGNMENT_LOCATE_MANY
 };
 
 enum AlignmentSource : std::uint8_t { RAW = 0, BUILT = 1, BUILT_BY_DEVICE = 2 };
@@ -239,6 +254,61 @@ int call(std::size_t function, Reader& in, Blocks& blocks)
             return -1;
         }
         return qs_road_check(a.table, a.record_count, p.table, p.count, measured, out);
+    }
+    case POLAR_POINT: {
+        const double azimuth = in.get<double>();
+        const double distance = in.get<double>();
+        const auto* from = blocks.record<SurveyPoint>();
+        auto* out = blocks.record<SurveyPoint>();
+        if (!blocks.ok) {
+            return -1;
+        }
+        return qs_polar_point(from, azimuth, distance, out);
+    }
+    case JOIN: {
+        const auto* from = blocks.record<SurveyPoint>();
+        const auto* to = blocks.record<SurveyPoint>();
+        auto* out = blocks.record<qs_join_result>();
+        if (!blocks.ok) {
+            return -1;
+        }
+        return qs_join(from, to, out);
+    }
+    case POLAR_POINTS: {
+        const std::size_t count = in.get<std::uint32_t>();
+        const auto* from = blocks.record<SurveyPoint>();
+        const auto* azimuths = blocks.records<double>(count);
+        const auto* distances = blocks.records<double>(count);
+        auto* x = blocks.records<double>(count);
+        auto* y = blocks.records<double>(count);
+        if (!blocks.ok) {
+            return -1;
+        }
+        return qs_polar_points(from, azimuths, distances, count, x, y);
+    }
+    case JOINS: {
+        const std::size_t count = in.get<std::uint32_t>();
+        const auto* from = blocks.record<SurveyPoint>();
+        const auto* x = blocks.records<double>(count);
+        const auto* y = blocks.records<double>(count);
+        auto* azimuths = blocks.records<double>(count);
+        auto* distances = blocks.records<double>(count);
+        if (!blocks.ok) {
+            return -1;
+        }
+        return qs_joins(from, x, y, count, azimuths, distances);
+    }
+    case ALIGNMENT_LOCATE_MANY: {
+        const std::size_t count = in.get<std::uint32_t>();
+        const Alignment a = read_alignment(in, blocks);
+        const auto* x = blocks.records<double>(count);
+        const auto* y = blocks.records<double>(count);
+        auto* chainages = blocks.records<double>(count);
+        auto* offsets = blocks.records<double>(count);
+        if (!blocks.ok) {
+            return -1;
+        }
+        return qs_alignment_locate_many(a.table, a.record_count, x, y, count, chainages, offsets);
     }
     default: return -1;
     }
@@ -477,6 +547,49 @@ std::vector<Seed> survey_seeds()
     put_profile(w);
     put_zeros<qs_profile_point>(w, 1);
     add("profile_height", PROFILE_HEIGHT, w);
+
+    const SurveyPoint station = {5060.0, 3110.0, 120.0};
+    w = Writer();
+    w.put(216000.5);
+    w.put(42.0);
+    w.put(station);
+    put_zeros<SurveyPoint>(w, 1);
+    add("polar_point", POLAR_POINT, w);
+
+    w = Writer();
+    w.put(station);
+    const SurveyPoint target = {5100.0, 3150.0, 121.0};
+    w.put(target);
+    put_zeros<qs_join_result>(w, 1);
+    add("join", JOIN, w);
+
+    const double azimuths[] = {0.0, 324000.0, 700000.25};
+    const double distances[] = {25.0, 40.0, 0.001};
+    const double xs[] = {5250.0, 5100.0, 4990.0};
+    const double ys[] = {3180.0, 3150.0, 3001.0};
+    w = Writer();
+    w.put(std::uint32_t{3});
+    w.put(station);
+    w.put(azimuths);
+    w.put(distances);
+    put_zeros<double>(w, 6);
+    add("polar_points", POLAR_POINTS, w);
+
+    w = Writer();
+    w.put(std::uint32_t{3});
+    w.put(station);
+    w.put(xs);
+    w.put(ys);
+    put_zeros<double>(w, 6);
+    add("joins", JOINS, w);
+
+    w = Writer();
+    w.put(std::uint32_t{3});
+    put_alignment(w, BUILT);
+    w.put(xs);
+    w.put(ys);
+    put_zeros<double>(w, 6);
+    add("alignment_locate_many", ALIGNMENT_LOCATE_MANY, w);
     return seeds;
 }
 

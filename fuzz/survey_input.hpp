@@ -2,7 +2,7 @@
 // seed inputs that decode to successful calls of each.
 //
 // The input, read front to back (zeros past its end): 1 byte choosing the
-// function (modulo 10, in the order of the header), then its numbers and
+// function (modulo 15, in the order of the header), then its numbers and
 // counts as raw bytes (a double as its 8 bytes of bits; a count or an int
 // over 32 bits), then every record and array as the raw bytes of as many
 // elements as the interface obliges the caller to provide for those counts,
@@ -24,7 +24,7 @@
 namespace qfuzz {
 
 // The survey functions, in the order of the function byte.
-constexpr std::size_t SURVEY_FUNCTIONS = 10;
+constexpr std::size_t SURVEY_FUNCTIONS = 15;
 extern const char* const survey_function_names[SURVEY_FUNCTIONS];
 
 // Decodes one input and calls the function it chooses; false when the

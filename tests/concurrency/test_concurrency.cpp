@@ -181,6 +181,13 @@ template <typename T> std::vector<unsigned char> bytes_of(const T& record)
     return std::vector<unsigned char>(p, p + sizeof record);
 }
 
+// The bytes of an array of doubles.
+std::vector<unsigned char> bytes_of_values(const std::vector<double>& values)
+{
+    const auto* p = reinterpret_cast<const unsigned char*>(values.data());
+    return std::vector<unsigned char>(p, p + values.size() * sizeof(double));
+}
+
 // The fields of element records, which have padding.
 std::vector<unsigned char> bytes_of_table(const std::vector<HElement>& table)
 {
@@ -386,6 +393,55 @@ std::vector<SurveyCall> survey_calls(const SurveyInputs& s)
                              return with_status(status, bytes_of(out));
                          }});
     }
+    const SurveyPoint station = {5060.0, 3110.0, 120.0};
+    for (int k = 0; k < 8; ++k) {
+        const double azimuth = 162000.0 * k + 0.25;
+        calls.push_back({"qs_polar_point", [station, azimuth] {
+                             auto out = sentinel<SurveyPoint>();
+                             const int status = qs_polar_point(&station, azimuth, 42.0, &out);
+                             return with_status(status, bytes_of(out));
+                         }});
+        const SurveyPoint target = {5000.0 + 30.0 * k, 3000.0 + 25.0 * k, 118.0 + k};
+        calls.push_back({"qs_join", [station, target] {
+                             auto out = sentinel<qs_join_result>();
+                             const int status = qs_join(&station, &target, &out);
+                             return with_status(status, bytes_of(out));
+                         }});
+    }
+    // The batches over the measured points of the loop above, 21 at a time.
+    std::vector<double> xs, ys, azimuths, distances;
+    for (int k = 0; k <= 20; ++k) {
+        xs.push_back(5000.0 + 30.0 * k);
+        ys.push_back(3000.0 + 25.0 * k - 100.0);
+        azimuths.push_back(61714.3 * k);
+        distances.push_back(2.5 * k);
+    }
+    const auto doubles = [](const std::vector<double>& a, const std::vector<double>& b) {
+        std::vector<unsigned char> out = bytes_of_values(a);
+        const std::vector<unsigned char> second = bytes_of_values(b);
+        out.insert(out.end(), second.begin(), second.end());
+        return out;
+    };
+    calls.push_back({"qs_polar_points", [station, azimuths, distances, doubles] {
+                         std::vector<double> x(azimuths.size(), NAN), y(azimuths.size(), NAN);
+                         const int status =
+                             qs_polar_points(&station, azimuths.data(), distances.data(),
+                                             azimuths.size(), x.data(), y.data());
+                         return with_status(status, doubles(x, y));
+                     }});
+    calls.push_back({"qs_joins", [station, xs, ys, doubles] {
+                         std::vector<double> a(xs.size(), NAN), d(xs.size(), NAN);
+                         const int status = qs_joins(&station, xs.data(), ys.data(), xs.size(),
+                                                     a.data(), d.data());
+                         return with_status(status, doubles(a, d));
+                     }});
+    calls.push_back({"qs_alignment_locate_many", [&s, xs, ys, doubles] {
+                         std::vector<double> c(xs.size(), NAN), o(xs.size(), NAN);
+                         const int status = qs_alignment_locate_many(
+                             s.alignment.data(), s.alignment.size(), xs.data(), ys.data(),
+                             xs.size(), c.data(), o.data());
+                         return with_status(status, doubles(c, o));
+                     }});
     return calls;
 }
 
