@@ -35,6 +35,7 @@
 #include "survey_input.hpp"
 
 #include "bytes.hpp"
+#include "sample_road.hpp"
 
 #include <quillon/survey.h>
 
@@ -404,36 +405,9 @@ Writer transition_seed()
     return w;
 }
 
-// A line, an entry transition, an arc, an exit transition and a line.
-std::vector<HElement> element_list()
-{
-    HElement line = {};
-    line.Type = 1;
-    line.X = 5000.0;
-    line.Y = 3000.0;
-    line.Azimuth = 200000.0;
-    line.Length = 150.0;
-    line.Chainage = 1000.0;
-    HElement entry = {};
-    entry.Type = 3;
-    entry.Length = 80.0;
-    entry.Radius = 400.0;
-    entry.Turn = 1;
-    entry.Spiral = 0;
-    HElement arc = entry;
-    arc.Type = 2;
-    arc.Length = 120.0;
-    HElement exit = entry;
-    exit.Spiral = 1;
-    HElement last = line;
-    last.X = last.Y = last.Azimuth = last.Chainage = 0.0;
-    last.Length = 200.0;
-    return {line, entry, arc, exit, last};
-}
-
 void put_alignment(Writer& w, AlignmentSource source)
 {
-    std::vector<HElement> table = element_list();
+    std::vector<HElement> table = qtest::sample_road_elements();
     table.push_back(HElement{});
     w.put(static_cast<std::uint32_t>(table.size()));
     w.put(static_cast<std::uint8_t>(source));
@@ -503,7 +477,7 @@ std::vector<Seed> survey_seeds()
         traverse_seed(QS_TRAVERSE_KNOWN_ENDS, QS_HEIGHTS_BY_LENGTH_SQUARED));
     add("transition_point", TRANSITION_POINT, transition_seed());
 
-    const std::vector<HElement> elements = element_list();
+    const std::vector<HElement> elements = qtest::sample_road_elements();
     w = Writer();
     w.put(static_cast<std::uint32_t>(elements.size() + 1));
     w.put(std::uint8_t{0});

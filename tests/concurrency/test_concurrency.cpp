@@ -10,6 +10,7 @@
 #include "check.hpp"
 
 #include "qv.h"
+#include "sample_road.hpp"
 
 #include <quillon/survey.h>
 
@@ -258,26 +259,7 @@ struct SurveyInputs {
             legs.push_back({i == 0 ? 972000.0 + 1.0 : 648000.0 - 0.5, 100.0 + 0.001 * i, 0.5});
         }
 
-        HElement line = {};
-        line.Type = 1;
-        line.X = 5000.0;
-        line.Y = 3000.0;
-        line.Azimuth = 200000.0;
-        line.Length = 150.0;
-        line.Chainage = 1000.0;
-        HElement entry = {};
-        entry.Type = 3;
-        entry.Length = 80.0;
-        entry.Radius = 400.0;
-        entry.Turn = 1;
-        HElement arc = entry;
-        arc.Type = 2;
-        arc.Length = 120.0;
-        HElement exit = entry;
-        exit.Spiral = 1;
-        HElement last = line;
-        last.Length = 200.0;
-        elements = {line, entry, arc, exit, last};
+        elements = qtest::sample_road_elements();
         alignment.assign(elements.size() + 1, HElement{});
         qs_alignment_build(elements.data(), alignment.size(), alignment.data());
 
