@@ -414,37 +414,13 @@ void put_alignment(Writer& w, AlignmentSource source)
     w.put(table.data(), table.size() * sizeof(HElement));
 }
 
-// A grade line, a parabolic curve, a grade line, a circular curve and a
-// grade line, with their end record; lines by their Length, curves by their
-// Radius.
+// The sample profile, built by the device's builder.
 void put_profile(Writer& w)
 {
-    VElement table[6] = {};
-    table[0].Type = 1;
-    table[0].Chainage = 1000.0;
-    table[0].Elevation = 120.0;
-    table[0].Length = 100.0;
-    table[0].GradeIn = 0.02;
-    table[0].Given = 1;
-    table[1].Type = 2;
-    table[1].Radius = 5000.0;
-    table[1].GradeIn = 0.02;
-    table[1].GradeOut = -0.01;
-    table[2].Type = 1;
-    table[2].Length = 150.0;
-    table[2].Given = 1;
-    table[2].GradeIn = -0.01;
-    table[3].Type = 3;
-    table[3].Radius = 8000.0;
-    table[3].GradeIn = -0.01;
-    table[3].GradeOut = 0.015;
-    table[4].Type = 1;
-    table[4].Length = 200.0;
-    table[4].Given = 1;
-    table[4].GradeIn = 0.015;
-    w.put(std::uint32_t{6});
+    const std::vector<VElement> table = qtest::sample_profile_elements();
+    w.put(static_cast<std::uint32_t>(table.size()));
     w.put(std::uint8_t{1});
-    w.put(table);
+    w.put(table.data(), table.size() * sizeof(VElement));
 }
 
 } // namespace

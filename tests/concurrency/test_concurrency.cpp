@@ -263,22 +263,9 @@ struct SurveyInputs {
         alignment.assign(elements.size() + 1, HElement{});
         qs_alignment_build(elements.data(), alignment.size(), alignment.data());
 
-        profile.assign(4, VElement{});
-        profile[0].Type = 1;
-        profile[0].Chainage = 1000.0;
-        profile[0].Elevation = 120.0;
-        profile[0].Length = 200.0;
-        profile[0].Given = 1;
-        profile[0].GradeIn = 0.02;
-        profile[1].Type = 2;
-        profile[1].Radius = 5000.0;
-        profile[1].GradeIn = 0.02;
-        profile[1].GradeOut = -0.01;
-        profile[2].Type = 1;
-        profile[2].Length = 400.0;
-        profile[2].Given = 1;
-        profile[2].GradeIn = -0.01;
-        LIB_CalWay_V_Ele_MainPoint(profile.data(), 4, profile.data());
+        profile = qtest::sample_profile_elements();
+        LIB_CalWay_V_Ele_MainPoint(profile.data(), static_cast<unsigned char>(profile.size()),
+                                   profile.data());
     }
 };
 
