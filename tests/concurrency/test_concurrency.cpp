@@ -15,6 +15,7 @@
 #include <quillon/survey.h>
 
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <functional>
 #include <string>
@@ -175,11 +176,32 @@ TEST(Concurrency, ReentrantDeviceFunctionsOnFourThreads)
 
 // ---- survey functions -----------------------------------------------------------
 
-// The bytes of an output record (the survey records have no padding).
+// The bytes of an output record without padding.
 template <typename T> std::vector<unsigned char> bytes_of(const T& record)
 {
     const auto* p = reinterpret_cast<const unsigned char*>(&record);
     return std::vector<unsigned char>(p, p + sizeof record);
+}
+
+// A position ends in a size_t, which on 32-bit targets leaves four bytes of
+// padding that hold nothing: its fields are compared instead.
+std::vector<unsigned char> bytes_of(const qs_station_offset& position)
+{
+    const double values[] = {position.chainage, position.offset,   position.x,       position.y,
+                             position.azimuth,  position.centre_x, position.centre_y};
+    std::vector<unsigned char> out = bytes_of(values);
+    const std::vector<unsigned char> element = bytes_of(std::uint64_t{position.element});
+    out.insert(out.end(), element.begin(), element.end());
+    return out;
+}
+
+std::vector<unsigned char> bytes_of(const qs_design_check& check)
+{
+    std::vector<unsigned char> out = bytes_of(check.position);
+    const double values[] = {check.design_height, check.cut_fill};
+    const std::vector<unsigned char> heights = bytes_of(values);
+    out.insert(out.end(), heights.begin(), heights.end());
+    return out;
 }
 
 // The bytes of an array of doubles.
