@@ -1874,11 +1874,11 @@ typedef struct VElement {
  * @brief Complete vertical table of count records from count - 1 designer's
  *        elements.
  *
- * The elements are copied into table[0..count-2] and their computed fields
- * filled in (a curve's Radius or Length, its vertex chainage and elevation);
- * each element's end is written into the next record, and table[count-1]
- * becomes the end record (only its Type, Chainage, Elevation and GradeIn are
- * written). A circular curve's vertex lies a tangent length after its start
+ * The elements are copied into table[0..count-2] (table may be the elements
+ * array itself) and their computed fields filled in (a curve's Radius or
+ * Length, its vertex chainage and elevation); each element's end is written
+ * into the next record, and table[count-1] becomes the end record (only its
+ * Type, Chainage, Elevation and GradeIn are written). A circular curve's vertex lies a tangent length after its start
  * in chainage and its end a whole curve length after the start. Negative
  * elevations are accepted here, although the element functions refuse them.
  *

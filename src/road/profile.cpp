@@ -430,7 +430,8 @@ ResultCode LIB_CalWay_V_Ele_MainPoint(const VElement* elements, unsigned char co
         }
     }
     for (unsigned int i = 0; i + 1 < n; ++i) {
-        std::memcpy(&table[i], &elements[i], sizeof(VElement));
+        // Byte for byte, padding included; the caller may build in place.
+        std::memmove(&table[i], &elements[i], sizeof(VElement));
     }
     for (unsigned int i = 0; i + 1 < n; ++i) {
         const ResultCode status = chain_element(table[i], table[i + 1]);
