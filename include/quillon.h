@@ -1878,9 +1878,10 @@ typedef struct VElement {
  * array itself) and their computed fields filled in (a curve's Radius or
  * Length, its vertex chainage and elevation); each element's end is written
  * into the next record, and table[count-1] becomes the end record (only its
- * Type, Chainage, Elevation and GradeIn are written). A circular curve's vertex lies a tangent length after its start
- * in chainage and its end a whole curve length after the start. Negative
- * elevations are accepted here, although the element functions refuse them.
+ * Type, Chainage, Elevation and GradeIn are written). A circular curve's
+ * vertex lies a tangent length after its start in chainage and its end a
+ * whole curve length after the start. Negative elevations are accepted here,
+ * although the element functions refuse them.
  *
  * @param[in]  elements count - 1 elements, copied whole; the start fields
  *                      (Chainage, Elevation, GradeIn) are read of the first
