@@ -36,17 +36,13 @@ struct Fan {
     int n;
     const SurveyPoint* known;
     unsigned char point[RESECTION_MAX_POINTS];
-    // One array for three things in turn: the directions while the angles at
-    // the station are measured; then the angle at the middle point of each
-    // pair of triangles i, i + 1, kept two places on (middle[i + 2]); then
-    // the distances found. Pair i reads its middle angle before it writes
-    // distances i and i + 2, and no later pair reads a place below i + 3:
-    // nothing is overwritten before it is read.
-    union {
-        double direction[RESECTION_MAX_POINTS];
-        double middle[RESECTION_MAX_POINTS];
-        double distance[RESECTION_MAX_POINTS];
-    };
+    // One array for three things in turn, named by each step that uses it:
+    // the directions while the angles at the station are measured; then the
+    // angle at the middle point of each pair of triangles i, i + 1, kept two
+    // places on (middle[i + 2]); then the distances found. Pair i reads its
+    // middle angle before it writes distances i and i + 2, and no later pair
+    // reads a place below i + 3: nothing is overwritten before it is read.
+    double shared[RESECTION_MAX_POINTS];
     // Where each entry's result goes back in the caller's order (see
     // sort_by_direction).
     unsigned char order[RESECTION_MAX_POINTS];
@@ -62,20 +58,21 @@ struct Fan {
 void sort_by_direction(const AngleObservation* obs, Fan& fan)
 {
     const int n = fan.n;
+    double* const direction = fan.shared;
     for (int i = 0; i < n; ++i) {
         fan.point[i] = static_cast<unsigned char>(i);
-        fan.direction[i] = obs[i].Horizontal;
+        direction[i] = obs[i].Horizontal;
         fan.order[i] = static_cast<unsigned char>(i < 5 ? i : 0);
     }
     for (int i = 0; i < n - 1; ++i) {
         for (int j = i + 1; j < n; ++j) {
-            if (fan.direction[i] > fan.direction[j]) {
+            if (direction[i] > direction[j]) {
                 const unsigned char p = fan.point[i];
                 fan.point[i] = fan.point[j];
                 fan.point[j] = p;
-                const double d = fan.direction[i];
-                fan.direction[i] = fan.direction[j];
-                fan.direction[j] = d;
+                const double d = direction[i];
+                direction[i] = direction[j];
+                direction[j] = d;
                 const unsigned char k = fan.order[i];
                 fan.order[i] = fan.order[j];
                 fan.order[j] = k;
@@ -100,9 +97,10 @@ double angle_to_next(double* direction, int i)
 void restart_after_gap(const AngleObservation* obs, Fan& fan)
 {
     const int n = fan.n;
+    double* const direction = fan.shared;
     int gap = -1;
     for (int i = 0; i < n - 1; ++i) {
-        if (angle_to_next(fan.direction, i) > HALF_CIRCLE) {
+        if (angle_to_next(direction, i) > HALF_CIRCLE) {
             gap = i;
             break;
         }
@@ -117,15 +115,17 @@ void restart_after_gap(const AngleObservation* obs, Fan& fan)
     for (int k = 0; k < n; ++k) {
         fan.order[k] = sorted[(gap + 1 + k) % n];
         fan.point[k] = fan.order[k];
-        fan.direction[k] = obs[fan.order[k]].Horizontal;
+        direction[k] = obs[fan.order[k]].Horizontal;
     }
 }
 
 void measure_triangles(Fan& fan)
 {
     const int n = fan.n;
+    double* const direction = fan.shared;
+    double* const middle = fan.shared;
     for (int i = 0; i < n - 1; ++i) {
-        fan.angle[i] = angle_to_next(fan.direction, i);
+        fan.angle[i] = angle_to_next(direction, i);
         const SurveyPoint& a = fan.known[fan.point[i]];
         const SurveyPoint& b = fan.known[fan.point[i + 1]];
         fan.side[i] = std::sqrt(square(a.X - b.X) + square(a.Y - b.Y));
@@ -134,7 +134,7 @@ void measure_triangles(Fan& fan)
         const SurveyPoint& apex = fan.known[fan.point[i + 1]];
         const double az_back = azimuth_or(apex, fan.known[fan.point[i]], 0.0);
         const double az_ahead = azimuth_or(apex, fan.known[fan.point[i + 2]], 0.0);
-        fan.middle[i + 2] = add_turn_if_negative<ArcSeconds>(az_back - az_ahead);
+        middle[i + 2] = add_turn_if_negative<ArcSeconds>(az_back - az_ahead);
     }
 }
 
@@ -143,6 +143,8 @@ void measure_triangles(Fan& fan)
 void solve_triangle_pairs(Fan& fan)
 {
     const int n = fan.n;
+    const double* const middle = fan.shared;
+    double* const distance = fan.shared;
     const double t45 = std::tan(EIGHTH_TURN_RAD_SHORT_PI);
     for (int i = 0; i < n - 2; ++i) {
         const double alpha = fan.angle[i];
@@ -150,19 +152,19 @@ void solve_triangle_pairs(Fan& fan)
         const double a = fan.side[i];
         const double b = fan.side[i + 1];
         const double k = (a * std::sin(sec_to_rad(beta))) / (b * std::sin(sec_to_rad(alpha)));
-        const double S = FULL_CIRCLE - ((fan.middle[i + 2] + alpha) + beta);
+        const double S = FULL_CIRCLE - ((middle[i + 2] + alpha) + beta);
         // The difference of the unknown angles is cut to whole seconds.
         const double D = whole_seconds(
             std::atan(((t45 - k) / (t45 * k + 1.0)) * std::tan(S * HALF_RAD_PER_SEC_SHORT_PI)) *
             TWICE_SEC_PER_RAD_SHORT_PI);
         const double phi = S / 2.0 + D / 2.0;
         const double psi = S / 2.0 - D / 2.0;
-        fan.distance[i] =
+        distance[i] =
             std::sin(sec_to_rad(HALF_CIRCLE - phi - alpha)) / std::sin(sec_to_rad(alpha)) * a;
-        fan.distance[i + 2] =
+        distance[i + 2] =
             std::sin(sec_to_rad(HALF_CIRCLE - psi - beta)) / std::sin(sec_to_rad(beta)) * b;
         if (n == 3) {
-            fan.distance[1] =
+            distance[1] =
                 std::sin(sec_to_rad(phi)) / std::sin(sec_to_rad(fan.angle[0])) * fan.side[0];
         }
         resection_last_angle_sum = S;
@@ -173,10 +175,11 @@ void solve_triangle_pairs(Fan& fan)
 // Back into the caller's order, through the index tags.
 void write_back(const Fan& fan, double* distances)
 {
+    const double* const distance = fan.shared;
     for (int j = 0; j < fan.n; ++j) {
         for (int k = 0; k < fan.n; ++k) {
             if (fan.order[k] == j) {
-                distances[j] = fan.distance[k];
+                distances[j] = distance[k];
             }
         }
     }
