@@ -6,14 +6,28 @@
 #include <cstdlib>
 #include <cstring>
 
-// Generated from the export table: every LIB_ name with its address.
-#include "bench_symbols.h"
-
 namespace bench {
+
+namespace {
+
+struct Symbol {
+    const char* name;
+    qv_fn address;
+};
+
+// Every exported LIB_ name with its address, from the harness's list
+// generated from the export table.
+#define QV_LINKED(name) {#name, reinterpret_cast<qv_fn>(&name)},
+const Symbol symbols[] = {
+#include "qv_linked_names.h"
+};
+#undef QV_LINKED
+
+} // namespace
 
 qv_fn library_symbol(const char* name)
 {
-    for (const auto& entry : bench_symbols) {
+    for (const Symbol& entry : symbols) {
         if (std::strcmp(entry.name, name) == 0) {
             return entry.address;
         }

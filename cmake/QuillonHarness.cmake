@@ -1,6 +1,8 @@
 # The exported functions described once (tests/platform/functions.txt) for
 # programs that link the library and call its functions from generated or
-# raw inputs: the concurrency test and the fuzz target of the device library.
+# raw inputs: the concurrency test, the fuzz target of the device library and
+# the benchmarks (which link the shared library and name its functions from
+# qv_linked_names.h themselves).
 #
 # quillon_add_harness() defines, once per build:
 #   quillon_harness         the generated table (qv_table.h / qv_table.c: per
